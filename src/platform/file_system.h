@@ -1,0 +1,94 @@
+// The file system as the library sees it.
+//
+// Everything the library does with files goes through this interface, so
+// that tests run on an in-memory fake with controlled times (FakeFileSystem)
+// and the up-to-date rules are tested without sleeping.
+#ifndef QUILLON_PLATFORM_FILE_SYSTEM_H
+#define QUILLON_PLATFORM_FILE_SYSTEM_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/status.h"
+
+namespace quillon {
+
+// Modification time in nanoseconds since an epoch; kMissingFile when the file
+// does not exist. Newer means strictly greater.
+using FileTime = int64_t;
+inline constexpr FileTime kMissingFile = -1;
+
+struct FileInfo {
+  FileTime time = kMissingFile;  // kMissingFile: nothing there
+  uint64_t size = 0;
+  bool is_directory = false;
+  bool exists() const { return time != kMissingFile; }
+};
+
+// A read-only view of a whole file. An empty file maps to size 0.
+class MappedFile {
+ public:
+  virtual ~MappedFile() = default;
+  virtual const char* data() const = 0;
+  virtual size_t size() const = 0;
+};
+
+// A file being written. Close() reports errors that Write() could not.
+class WritableFile {
+ public:
+  virtual ~WritableFile() = default;
+  virtual Status Write(const char* data, size_t size) = 0;
+  // Flushes to stable storage.
+  virtual Status Sync() = 0;
+  virtual Status Close() = 0;
+};
+
+struct DirEntry {
+  std::string name;  // without directory
+  bool is_directory = false;
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  virtual FileInfo Stat(const std::string& path) = 0;
+  // Null when the file cannot be opened or mapped.
+  virtual std::unique_ptr<MappedFile> MapReadOnly(const std::string& path) = 0;
+  virtual Status ReadFile(const std::string& path, std::string* contents) = 0;
+  // Creates or truncates.
+  virtual Status NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) = 0;
+  // Succeeds when the file is gone afterwards, also when it never existed.
+  virtual Status RemoveFile(const std::string& path) = 0;
+  // Renames, replacing `to` atomically where the OS allows.
+  virtual Status RenameFile(const std::string& from, const std::string& to) = 0;
+  virtual Status ListDirectory(const std::string& path, std::vector<DirEntry>* entries) = 0;
+  // Creates missing parents too; succeeds when the directory exists.
+  virtual Status MakeDirectories(const std::string& path) = 0;
+  virtual Status SetFileTime(const std::string& path, FileTime time) = 0;
+  virtual std::string CurrentDirectory() = 0;
+
+  // The OS's file system; lives as long as the process.
+  static FileSystem& Default();
+
+  // Conveniences built on the primitives.
+  bool FileExists(const std::string& path);
+  bool DirectoryExists(const std::string& path);
+  Status WriteFile(const std::string& path, const std::string& contents);
+  // Writes a temporary file beside `path`, syncs it, then renames it over
+  // `path`. On any failure `path` is left as it was and the temporary removed.
+  Status WriteFileAtomically(const std::string& path, const std::string& contents);
+};
+
+// Looks for `name` in `directory`, and when `recurse` is set in every
+// directory below it (breadth first, entries in name order). On success
+// `found` gets the full path.
+bool FindFile(FileSystem& fs, const std::string& name, const std::string& directory, bool recurse,
+              std::string* found);
+
+}  // namespace quillon
+
+#endif  // QUILLON_PLATFORM_FILE_SYSTEM_H
