@@ -1,1 +1,39 @@
+// The build boundary: starting, stopping and polling a build.
+#include "interface/export_guard.h"
+#include "interface/library_state.h"
+#include "quillon/quillon.h"
 
+using namespace quillon;
+
+void QUILLON_CALL _Make(int mode, const std::vector<std::string>* files) {
+  (void)mode;
+  (void)files;
+  Guarded([&] {
+    LibraryState& state = State();
+    if (!state.project) return;
+    if (state.project->default_target() == nullptr) {
+      state.ui->ShowMessage("Target is not defined !", MessageBoxKind::kOk);
+      return;
+    }
+    state.project->build_result = 0;
+    state.Output(1, 20, "");
+    state.Output(0, 20, "");
+  });
+}
+
+void QUILLON_CALL _StopMake(void) {
+  Guarded([] {
+    LibraryState& state = State();
+    if (!state.project) return;
+    state.project->target_set().make_activity = MakeStateFailed;
+    state.Output(0, 21, "Process terminated at user request.");
+  });
+}
+
+int QUILLON_CALL _WhatIsInProgress(void) {
+  return Guarded(static_cast<int>(MakeStateNoProject), [] {
+    LibraryState& state = State();
+    if (!state.project) return static_cast<int>(MakeStateNoProject);
+    return state.project->target_set().make_activity.load();
+  });
+}

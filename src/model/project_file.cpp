@@ -1,1 +1,42 @@
+#include "model/project_file.h"
 
+#include "model/key_scope.h"
+#include "platform/path.h"
+
+namespace quillon {
+
+CProjectFile::CProjectFile(std::string file_name, std::unique_ptr<COptionSet> options)
+    : options_(std::move(options)) {
+  set_file_name(std::move(file_name));
+}
+
+void CProjectFile::set_file_name(std::string file_name) {
+  file_name_ = std::move(file_name);
+  display_name_ = NameAndExtOfFile(file_name_);
+}
+
+int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {
+  if (pass == TransferPass::kLocal) return 1;
+  std::string stored = file_name_;
+  store.ReadString("FileName", &stored);
+  set_file_name(stored);
+  store.ReadBool("IsChanged", &is_changed);
+  LoadOptionsKey(store, "FileOptios", *options_, pass);
+  return 1;
+}
+
+int CProjectFile::Save(CSettingsRegistry& store, TransferPass pass) const {
+  if (pass == TransferPass::kLocal) return 1;
+  store.WriteString("FileName", file_name_);
+  store.WriteBool("IsChanged", is_changed);
+  SaveOptionsKey(store, "FileOptios", *options_, pass);
+  return 1;
+}
+
+void CProjectFile::CopyFrom(const CProjectFile& other) {
+  set_file_name(other.file_name_);
+  is_changed = other.is_changed;
+  other.options_->CopyTo(*options_);
+}
+
+}  // namespace quillon

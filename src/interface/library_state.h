@@ -1,0 +1,59 @@
+// The state behind the exports: the current project, the working copy of a
+// dialog, the host's callbacks, the IRF file name and the transfer context.
+// One instance for the life of the loaded library. Exports run on the host's
+// user-interface thread and are not reentrant, so nothing here is locked.
+#ifndef QUILLON_INTERFACE_LIBRARY_STATE_H
+#define QUILLON_INTERFACE_LIBRARY_STATE_H
+
+#include <memory>
+#include <string>
+
+#include "model/project_data.h"
+#include "model/registry/settings_registry.h"
+#include "platform/file_system.h"
+#include "platform/ui_services.h"
+#include "quillon/quillon.h"
+
+namespace quillon {
+
+// The store a _Transfer is bound to while it runs.
+struct TransferContext {
+  bool storing = false;
+  CSettingsRegistry* store = nullptr;
+};
+
+class LibraryState {
+ public:
+  std::unique_ptr<CProjectData> project;
+  std::unique_ptr<CProjectData> working_copy;
+  ProjectChangeCallback on_change = nullptr;
+  HostCallback host = nullptr;
+  int local_transfer = 0;
+  std::string irf_file_name;
+  std::string irf_directory;
+  TransferContext transfer;
+  // Set when a change may have altered how project files are classified.
+  bool project_changed = false;
+  // Set when files left the project: the next dependency update starts
+  // from an empty graph.
+  bool dependencies_reset = false;
+
+  FileSystem* fs = &FileSystem::Default();
+  UiServices* ui = &UiServices::Default();
+
+  // Makes `replacement` the current project, tied to the IRF file.
+  void InstallProject(std::unique_ptr<CProjectData> replacement);
+
+  // Project-change notifications: codes without values, and codes that
+  // carry two names.
+  void Notify(int code) const;
+  void Notify(int code, const std::string& first, const std::string& second) const;
+  // One OutputRecord through the host callback.
+  void Output(int channel, int action, const std::string& text) const;
+};
+
+LibraryState& State();
+
+}  // namespace quillon
+
+#endif  // QUILLON_INTERFACE_LIBRARY_STATE_H
