@@ -1,1 +1,187 @@
+// Structure edits of the project model: targets, link groups and files act
+// on every target at once.
+#include <gtest/gtest.h>
 
+#include "model/project_data.h"
+#include "platform/path.h"
+
+namespace quillon {
+namespace {
+
+std::vector<std::string> GroupNames(const CProjectTarget& target) {
+  std::vector<std::string> names;
+  for (const auto& group : target.groups) names.push_back(group->name);
+  return names;
+}
+
+std::vector<std::string> FileNames(const CProjectTarget& target) {
+  std::vector<std::string> names;
+  for (const CProjectFile* file : target.files) names.push_back(file->file_name());
+  return names;
+}
+
+class ProjectModelTest : public ::testing::Test {
+ protected:
+  ProjectModelTest() { project.Initialise(0); }
+  CProjectData project;
+};
+
+TEST_F(ProjectModelTest, GroupsAreAddedToEveryTargetLastInLinkOrder) {
+  project.AddTarget("A", "");
+  project.AddLinkGroup("first");
+  project.AddTarget("B", "");
+  project.AddTarget("C", "");
+  project.AddLinkGroup("second");
+  for (const auto& target : project.target_set().targets) {
+    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"first", "second"}));
+    EXPECT_EQ(target->groups.back()->owner, target.get());
+  }
+  // Three distinct group objects, one per target.
+  EXPECT_NE(project.FindTarget("A")->groups[1].get(), project.FindTarget("B")->groups[1].get());
+}
+
+TEST_F(ProjectModelTest, FileWithoutGroupGoesToTheFirstGroup) {
+  project.AddTarget("A", "");
+  project.AddLinkGroup("g1");
+  project.AddLinkGroup("g2");
+  ASSERT_TRUE(project.AddFile("main.c", ""));
+  EXPECT_EQ(project.FindTarget("A")->groups[0]->files.size(), 1u);
+  EXPECT_EQ(project.FindTarget("A")->groups[1]->files.size(), 0u);
+}
+
+TEST_F(ProjectModelTest, FilesAreUniquePerTargetAndNeedAnExistingGroup) {
+  project.AddTarget("A", "");
+  project.AddLinkGroup("g");
+  EXPECT_TRUE(project.AddFile("src/main.c", "g"));
+  EXPECT_FALSE(project.AddFile("src/main.c", "g"));
+  EXPECT_FALSE(project.AddFile("other.c", "missing"));
+  EXPECT_EQ(FileNames(*project.FindTarget("A")), (std::vector<std::string>{"src/main.c"}));
+}
+
+TEST_F(ProjectModelTest, TargetWithoutSourceTakesStructureOfFirstTargetAndDefaults) {
+  CProjectTarget* a = project.AddTarget("A", "");
+  project.AddLinkGroup("g");
+  project.AddFile("main.c", "g");
+  a->target_options().SetString(kTargetDirectoryId, "out", Own);
+  a->files[0]->options().SetString(kCompilerOptionsId, "-O2", Own);
+
+  CProjectTarget* b = project.AddTarget("B", "");
+  EXPECT_EQ(GroupNames(*b), GroupNames(*a));
+  EXPECT_EQ(FileNames(*b), FileNames(*a));
+  EXPECT_EQ(b->target_options().GetString(kTargetDirectoryId, 0), "");
+  EXPECT_EQ(b->files[0]->options().GetString(kCompilerOptionsId, 0), "$(EDNAME)");
+  EXPECT_EQ(b->files[0]->options().GetString(kCompilerOptionsId, 1), "0");
+
+  CProjectTarget* c = project.AddTarget("C", "A");
+  EXPECT_EQ(c->target_options().GetString(kTargetDirectoryId, 0), "out");
+  EXPECT_EQ(c->files[0]->options().GetString(kCompilerOptionsId, 0), "-O2");
+  EXPECT_EQ(c->files[0]->options().GetString(kCompilerOptionsId, 1), "1");
+  // Copies, not shared objects.
+  EXPECT_NE(c->files[0], a->files[0]);
+}
+
+TEST_F(ProjectModelTest, TargetAddedToEmptyProjectOrFromUnknownSourceIsEmpty) {
+  EXPECT_TRUE(project.AddTarget("A", "")->groups.empty());
+  project.AddLinkGroup("g");
+  EXPECT_TRUE(project.AddTarget("B", "nobody")->groups.empty());
+}
+
+TEST_F(ProjectModelTest, DeletingTheDefaultTargetLeavesNoDefault) {
+  project.AddTarget("A", "");
+  project.SetDefaultTarget(project.AddTarget("B", ""));
+  EXPECT_TRUE(project.DeleteTarget("B"));
+  EXPECT_EQ(project.default_target(), nullptr);
+  EXPECT_FALSE(project.DeleteTarget("B"));
+}
+
+TEST_F(ProjectModelTest, DeleteAndMoveActInEveryTarget) {
+  project.AddTarget("A", "");
+  project.AddLinkGroup("g1");
+  project.AddLinkGroup("g2");
+  project.AddFile("a.c", "g1");
+  project.AddFile("b.c", "g1");
+  project.AddFile("c.c", "g2");
+  project.AddTarget("B", "");
+
+  EXPECT_TRUE(project.ChangeFileGroup("a.c", "g2"));
+  EXPECT_FALSE(project.ChangeFileGroup("missing.c", "g2"));
+  EXPECT_FALSE(project.ChangeFileGroup("a.c", "missing"));
+  EXPECT_TRUE(project.MoveLinkGroup("g2", -1));
+  EXPECT_FALSE(project.MoveLinkGroup("g2", -1));  // already first
+  EXPECT_TRUE(project.MoveFile("a.c", -1));
+  for (const auto& target : project.target_set().targets) {
+    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g2", "g1"}));
+    EXPECT_EQ(FileNames(*target), (std::vector<std::string>{"a.c", "c.c", "b.c"}));
+  }
+  EXPECT_TRUE(project.DeleteLinkGroup("g2"));
+  EXPECT_TRUE(project.DeleteFile("b.c"));
+  for (const auto& target : project.target_set().targets) {
+    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g1"}));
+    EXPECT_TRUE(target->files.empty());
+  }
+}
+
+TEST_F(ProjectModelTest, CopyFromKeepsDefaultTargetIdentityByPosition) {
+  project.AddTarget("A", "");
+  project.SetDefaultTarget(project.AddTarget("B", ""));
+  project.AddLinkGroup("g");
+  project.AddFile("x.c", "g");
+  CProjectData copy;
+  copy.CopyFrom(project);
+  ASSERT_NE(copy.default_target(), nullptr);
+  EXPECT_EQ(copy.default_target()->name, "B");
+  EXPECT_NE(copy.default_target(), project.default_target());
+  EXPECT_EQ(FileNames(*copy.FindTarget("A")), (std::vector<std::string>{"x.c"}));
+}
+
+TEST_F(ProjectModelTest, FilesAreClassifiedByTheExtensionLists) {
+  EXPECT_EQ(project.ClassifyFile("a.c"), kFileCompilerSource);
+  EXPECT_EQ(project.ClassifyFile("a.CPP"), kFileCompilerSource);
+  EXPECT_EQ(project.ClassifyFile("start.asm"), kFileAssemblerSource);
+  EXPECT_EQ(project.ClassifyFile("a.h"), kFileHeader);
+  EXPECT_EQ(project.ClassifyFile("regs.inc"), kFileAssemblerHeader);
+  EXPECT_EQ(project.ClassifyFile("lib.lib"), kFileLinkerInput);
+  EXPECT_EQ(project.ClassifyFile("readme"), kFileOther);
+}
+
+// Expected paths are written with '/' and compared in native form.
+std::string Native(std::string path) {
+  for (char& c : path) {
+    if (c == '/') c = kPathSeparator;
+  }
+  return path;
+}
+
+TEST_F(ProjectModelTest, OutputNamesFollowTheTargetAndGlobalOptions) {
+  project.set_project_file(Native("/p/demo.qpj"));
+  CProjectTarget* target = project.AddTarget("T", "");
+  project.AddLinkGroup("g");
+  project.AddFile("src/main.c", "g");
+  project.AddFile("boot.asm", "g");
+  project.AddFile("notes.txt", "g");
+
+  EXPECT_EQ(project.OutputDirectory(*target), Native("/p/"));
+  EXPECT_EQ(project.OutputFile(*target), Native("/p/demo"));
+  target->target_options().SetString(kTargetDirectoryId, "out", 0);
+  project.global_options().SetString(kExecutableFileName, "fw.hex", 0);
+  project.global_options().SetString(kAOutExtensions, "R;O", 0);
+  EXPECT_EQ(project.OutputDirectory(*target), Native("/p/out/"));
+  EXPECT_EQ(project.OutputFile(*target), Native("/p/out/fw.hex"));
+  EXPECT_EQ(project.OutputFileOf(*target, *target->files[0]), Native("/p/out/main.OBJ"));
+  EXPECT_EQ(project.OutputFileOf(*target, *target->files[1]), Native("/p/out/boot.R"));
+  EXPECT_EQ(project.OutputFileOf(*target, *target->files[2]), "");
+}
+
+TEST(FilterNameTest, OldProcessorSpecificNamesLoadUnderTheirFamily) {
+  EXPECT_EQ(UpdateFilterName("IAR-8051"), "IAR");
+  EXPECT_EQ(UpdateFilterName("HiWare-HC12"), "HiWare");
+  EXPECT_EQ(UpdateFilterName("Introl-68k"), "Introl");
+  EXPECT_EQ(UpdateFilterName("Cosmic-6805"), "Cosmic");
+  EXPECT_EQ(UpdateFilterName("AD-123456789"), "2500AD");        // 12 characters
+  EXPECT_EQ(UpdateFilterName("AD-1234567890"), "2500AD (ver. 4.0)");  // 13
+  EXPECT_EQ(UpdateFilterName("iar-8051"), "iar-8051");
+  EXPECT_EQ(UpdateFilterName("GCC"), "GCC");
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,211 @@
+// Option sets: modes and own-value flags, defaults, and what each set writes.
+#include <gtest/gtest.h>
+
+#include "model/global_options.h"
+#include "model/registry/settings_registry.h"
+#include "model/target_options.h"
+#include "model/file_options.h"
+
+namespace quillon {
+namespace {
+
+TEST(FileOptionsTest, ModesDecideWhetherAnOwnValueIsKept) {
+  CUnivFileOptions file;
+  file.SetString(kCompilerOptionsId, "-O2", Own);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 1), "1");
+
+  file.SetString(kCompilerOptionsId, "-Os", Propagate);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 0), "-O2");
+
+  file.SetString(kCompilerOptionsId, "-Os", Inherit);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 0), "-Os");
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 1), "0");
+
+  file.SetString(kCompilerOptionsId, "-O0", Propagate);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 0), "-O0");
+
+  file.SetInt(kExcludeFromMakeId, 1, Own);
+  file.SetInt(kRunAssemblerId, 1, Propagate);
+  EXPECT_EQ(file.GetInt(kExcludeFromMakeId, 0), 1);
+  EXPECT_EQ(file.GetInt(kExcludeFromMakeId, 2), 1);
+  EXPECT_EQ(file.GetInt(kRunAssemblerId, 0), 1);
+  EXPECT_EQ(file.GetInt(kRunAssemblerId, 1), 0);
+}
+
+TEST(FileOptionsTest, UnknownIdsAreIgnoredAndAnsweredEmpty) {
+  CUnivFileOptions file;
+  file.SetString(7, "x", Own);
+  EXPECT_EQ(file.GetString(7, 0), "");
+  EXPECT_EQ(file.GetInt(5, 0), -1);
+  CUnivTargetOptions target;
+  EXPECT_EQ(target.GetInt(0, 0), -1);
+  target.SetString(0, "dir", 0);
+  EXPECT_EQ(target.GetString(0, 0), "dir");
+  EXPECT_EQ(target.GetString(5, 0), "");
+  CGlobalOptions global;
+  EXPECT_EQ(global.GetInt(14, 0), -1);
+  EXPECT_EQ(global.GetString(27, 0), "");
+}
+
+TEST(FileOptionsTest, DefaultLevelOneKeepsValuesButClearsFlags) {
+  CUnivFileOptions file;
+  file.SetString(kCompilerOptionsId, "-O2", Own);
+  file.SetInt(kExcludeFromMakeId, 1, Own);
+  file.SetDefault(1);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 0), "-O2");
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 1), "0");
+  EXPECT_EQ(file.GetInt(kExcludeFromMakeId, 0), 1);
+  EXPECT_EQ(file.GetInt(kExcludeFromMakeId, 1), 0);
+  file.SetString(kCompilerOptionsId, "-O2", Own);
+  file.SetDefault(0);
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 0), "$(EDNAME)");
+  EXPECT_EQ(file.GetString(kCompilerOptionsId, 1), "0");
+  EXPECT_EQ(file.GetInt(kExcludeFromMakeId, 0), 0);
+}
+
+// Saves a set into a fresh writing store and gives its key node.
+template <typename Set>
+std::unique_ptr<CSettingsRegistry> Saved(const Set& set, TransferPass pass) {
+  auto store = std::make_unique<CSettingsRegistry>(nullptr, true);
+  set.Save(*store, pass);
+  return store;
+}
+
+std::string StringValue(CSettingsRegistry& store, const char* name) {
+  std::string value = "<missing>";
+  store.ReadString(name, &value);
+  return value;
+}
+
+TEST(TargetOptionsTest, DefaultsAreWrittenWithTheirTypes) {
+  CUnivTargetOptions target;
+  auto store = Saved(target, TransferPass::kShared);
+  int32_t character = 0;
+  EXPECT_TRUE(store->ReadInt("TranslateCharacter", &character));
+  EXPECT_EQ(character, 38);
+  EXPECT_EQ(StringValue(*store, "CRLF"), "No");
+  EXPECT_EQ(StringValue(*store, "TargetDirectory"), "");
+}
+
+TEST(FileOptionsTest, FlagsUseTheirOwnTextForms) {
+  CUnivFileOptions file;
+  file.SetInt(kExcludeFromMakeId, 1, Own);
+  auto store = Saved(file, TransferPass::kShared);
+  EXPECT_EQ(StringValue(*store, "ExcludeFromMake"), "Yes");
+  EXPECT_EQ(StringValue(*store, "ExcludeFromMakeWR"), "Yes");
+  EXPECT_EQ(StringValue(*store, "RunAssembler"), "No");
+  EXPECT_EQ(StringValue(*store, "RunAssemblerWR"), "False");
+  EXPECT_EQ(StringValue(*store, "CompilerOptionsWR"), "False");
+  EXPECT_EQ(StringValue(*store, "AssemblerOptions"), "$(EDNAME)");
+}
+
+TEST(OptionSetTest, LocalPassWritesOnlyThePerTranslatorSwitches) {
+  EXPECT_EQ(Saved(CUnivFileOptions(), TransferPass::kLocal)->root().child_count(), 0u);
+  EXPECT_EQ(Saved(CUnivTargetOptions(), TransferPass::kLocal)->root().child_count(), 0u);
+  CFilterSelection filters;
+  auto filter_store = std::make_unique<CSettingsRegistry>(nullptr, true);
+  filters.Save(*filter_store, TransferPass::kLocal);
+  EXPECT_EQ(filter_store->root().child_count(), 0u);
+
+  CGlobalOptions global;
+  auto local = Saved(global, TransferPass::kLocal);
+  EXPECT_EQ(local->root().child_count(), 6u);
+  EXPECT_NE(local->root().FindChild("RunCommandInterpreterAsm"), nullptr);
+  EXPECT_NE(local->root().FindChild("CaptureTranslatorsOutputLnk"), nullptr);
+  auto shared = Saved(global, TransferPass::kShared);
+  EXPECT_EQ(shared->root().FindChild("RunCommandInterpreterAsm"), nullptr);
+  EXPECT_EQ(shared->root().FindChild("RunCommandInterpreter"), nullptr);
+  EXPECT_NE(shared->root().FindChild("DeleteTemporalyFiles"), nullptr);
+}
+
+// A reading store over hand-made values.
+std::unique_ptr<CSettingsRegistry> StoreWith(void (*fill)(CSettingsRegistry&)) {
+  CSettingsRegistry writer(nullptr, true);
+  fill(writer);
+  MemoryByteStream bytes(writer.Serialize());
+  return std::make_unique<CSettingsRegistry>(&bytes, false);
+}
+
+TEST(GlobalOptionsTest, SharedLoadWithoutLegacyKeysResetsTheSixSwitches) {
+  CGlobalOptions global;
+  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id) {
+    global.SetInt(id, 0, 0);
+  }
+  auto store = StoreWith([](CSettingsRegistry&) {});
+  global.Load(*store, TransferPass::kShared);
+  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id) {
+    EXPECT_EQ(global.GetInt(id, 0), 1) << CGlobalOptions::IntKey(id);
+  }
+  auto legacy = StoreWith([](CSettingsRegistry& s) { s.WriteInt("RunCommandInterpreter", 0); });
+  global.Load(*legacy, TransferPass::kShared);
+  EXPECT_EQ(global.GetInt(kRunCommandInterpreterLnk, 0), 0);
+  EXPECT_EQ(global.GetInt(kCaptureTranslatorsOutputCmp, 0), 1);
+}
+
+TEST(GlobalOptionsTest, DirectoriesGainATrailingSeparatorOnLoad) {
+  CGlobalOptions global;
+  auto store = StoreWith([](CSettingsRegistry& s) {
+    s.WriteString("CompilerDirectory", "C:\\Tools");
+    s.WriteString("RootDir", "C:\\Root\\");
+  });
+  global.Load(*store, TransferPass::kShared);
+  std::string dir = global.GetString(kCompilerDirectory, 0);
+  EXPECT_EQ(dir.substr(0, 8), "C:\\Tools");
+  EXPECT_EQ(dir.size(), 9u);
+  EXPECT_EQ(global.GetString(kRootDir, 0), "C:\\Root\\");
+  // Unset stays unset rather than turning into a root.
+  CGlobalOptions fresh;
+  auto empty = StoreWith([](CSettingsRegistry&) {});
+  fresh.Load(*empty, TransferPass::kShared);
+  EXPECT_EQ(fresh.GetString(kCompilerDirectory, 0), "");
+}
+
+TEST(GlobalOptionsTest, IncludeFlagsMissingFromTheStoredListCountAsOff) {
+  CGlobalOptions global;
+  auto store = StoreWith([](CSettingsRegistry& s) {
+    s.WriteStringList("IncludePaths", {"inc", "lib", "usb"});
+    s.WriteStringList("IncludeSearchSubDirs", {"True"});
+  });
+  global.Load(*store, TransferPass::kShared);
+  ASSERT_EQ(global.include_paths().size(), 3u);
+  EXPECT_TRUE(global.include_paths()[0].search_subdirs);
+  EXPECT_FALSE(global.include_paths()[1].search_subdirs);
+  EXPECT_FALSE(global.include_paths()[2].search_subdirs);
+
+  auto saved = Saved(global, TransferPass::kShared);
+  std::vector<std::string> flags;
+  ASSERT_TRUE(saved->ReadStringList("IncludeSearchSubDirs", &flags));
+  EXPECT_EQ(flags, (std::vector<std::string>{"True", "False", "False"}));
+}
+
+TEST(GlobalOptionsTest, FlagsReadTrueOnlyForExactWords) {
+  CGlobalOptions global;
+  auto store = StoreWith([](CSettingsRegistry& s) {
+    s.WriteString("DF_Valid", "true");
+    s.WriteString("DF_ReqBlanks", "Yes");
+    s.WriteString("DF_AllowBlanks", "False");
+  });
+  global.Load(*store, TransferPass::kShared);
+  EXPECT_FALSE(global.include_keyword().valid);
+  EXPECT_TRUE(global.include_keyword().req_blanks);
+  EXPECT_FALSE(global.include_keyword().allow_blanks);
+}
+
+TEST(GlobalOptionsTest, CopyToCopiesEverythingButTheName) {
+  CGlobalOptions a, b;
+  a.name = "a";
+  b.name = "b";
+  a.SetString(kCInpExtensions, "C", 0);
+  a.include_paths().push_back({"inc", true});
+  a.SetStringList(kEnvironmentSettingsList, {"X=1"});
+  a.CopyTo(b);
+  EXPECT_EQ(b.GetString(kCInpExtensions, 0), "C");
+  EXPECT_EQ(b.include_paths(), a.include_paths());
+  std::vector<std::string> env;
+  b.GetStringList(kEnvironmentSettingsList, &env);
+  EXPECT_EQ(env, (std::vector<std::string>{"X=1"}));
+  EXPECT_EQ(b.name, "b");
+}
+
+}  // namespace
+}  // namespace quillon
