@@ -1,1 +1,329 @@
+// The exports driven in-process as the IDE drives them: notifications and
+// their order, answers without a project, transfers through a stream.
+#include <gtest/gtest.h>
 
+#include "interface/library_state.h"
+#include "model/registry/settings_registry.h"
+#include "platform/path.h"
+#include "quillon/quillon.h"
+#include "support/fake_ui_services.h"
+#include "support/memory_istream.h"
+
+namespace quillon {
+namespace {
+
+struct Notification {
+  int code;
+  std::string first;
+  std::string second;
+  bool operator==(const Notification&) const = default;
+};
+
+std::vector<Notification>& Notifications() {
+  static std::vector<Notification> list;
+  return list;
+}
+
+std::vector<OutputRecord>& Outputs() {
+  static std::vector<OutputRecord> list;
+  return list;
+}
+
+int QUILLON_CALL RecordChange(intptr_t first, intptr_t second, int code) {
+  bool texts = code <= 3 || code == 5;
+  Notifications().push_back({code, texts ? reinterpret_cast<const char*>(first) : "",
+                             texts ? reinterpret_cast<const char*>(second) : ""});
+  return 0;
+}
+
+int QUILLON_CALL RecordHost(int code, void* record) {
+  if (code == HostOutput) {
+    OutputRecord copy = *static_cast<OutputRecord*>(record);
+    copy.text = "";  // only valid for the call
+    Outputs().push_back(copy);
+  }
+  return 0;
+}
+
+std::vector<int> Codes() {
+  std::vector<int> codes;
+  for (const Notification& n : Notifications()) codes.push_back(n.code);
+  return codes;
+}
+
+std::string Native(std::string path) {
+  for (char& c : path) {
+    if (c == '/') c = kPathSeparator;
+  }
+  return path;
+}
+
+class ExportsTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    State().ui = &ui;
+    _Set_IRF_FileName(Native("/work/demo.irf").c_str());
+    ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
+    Notifications().clear();
+    Outputs().clear();
+  }
+  void TearDown() override {
+    _DoneProjectData();
+    State().ui = &UiServices::Default();
+  }
+
+  // A default project with a second target and three files in one group.
+  void BuildProject() {
+    _CreateDefaultProject(0, 1);
+    _AddTarget("Release");
+    _AddProjectFile("a.c", "Source files");
+    _AddProjectFile("b.c", "Source files");
+    _AddProjectFile("start.asm", "Source files");
+    Notifications().clear();
+  }
+
+  FakeUiServices ui;
+};
+
+TEST_F(ExportsTest, DefaultProjectIsNamedAfterTheIrfFile) {
+  _CreateDefaultProject(0, 1);
+  std::string name;
+  _GetDefaultTargetName(&name);
+  EXPECT_EQ(name, "demo - Debug");
+  EXPECT_EQ(Codes(), (std::vector<int>{7, 9, 2, 8}));
+  EXPECT_EQ(Notifications()[2], (Notification{2, "Source files", ""}));
+  EXPECT_EQ(_GetLinkGroupName(&name, 0, "demo - Debug"), 1);
+  EXPECT_EQ(name, "Source files");
+
+  Notifications().clear();
+  _CreateDefaultProject(0, 0);
+  EXPECT_EQ(Codes(), (std::vector<int>{7, 9, 8}));
+  EXPECT_EQ(_GetLinkGroupName(&name, 0, "demo - Debug"), -1);
+}
+
+TEST_F(ExportsTest, DeletingAGroupReportsEachFileThenTheGroup) {
+  BuildProject();
+  _DeleteLinkGroup("Source files");
+  std::string group = "Source files";
+  EXPECT_EQ(Notifications(),
+            (std::vector<Notification>{{7, "", ""},
+                                       {0, Native("/work/a.c"), group},
+                                       {0, Native("/work/b.c"), group},
+                                       {0, Native("/work/start.asm"), group},
+                                       {3, group, ""},
+                                       {8, "", ""}}));
+  std::string name;
+  EXPECT_EQ(_GetProjectFileName(&name, 0), -1);
+}
+
+TEST_F(ExportsTest, EditsSendTheirCodesInsideTheBracket) {
+  BuildProject();
+  _AddLinkGroup("Lib");
+  _AddProjectFile("c.c", "Lib");
+  _ChangeProjectFileGroup("c.c", "Source files");
+  _ChangeProjectFileGroup("missing.c", "Lib");
+  _DeleteProjectFile("a.c");
+  _SetTarget("Release");
+  _SetTarget("Nobody");
+  _DeleteTarget("Release");
+  EXPECT_EQ(Notifications(), (std::vector<Notification>{
+                                 {7, "", ""}, {2, "Lib", ""}, {8, "", ""},
+                                 {7, "", ""}, {1, "c.c", "Lib"}, {8, "", ""},
+                                 {7, "", ""}, {9, "", ""}, {8, "", ""},
+                                 {7, "", ""}, {8, "", ""},
+                                 {7, "", ""}, {0, "a.c", "Source files"}, {8, "", ""},
+                                 {7, "", ""}, {5, "", ""}, {8, "", ""},
+                                 {7, "", ""}, {8, "", ""},
+                                 {7, "", ""}, {9, "", ""}, {8, "", ""},
+                             }));
+}
+
+TEST_F(ExportsTest, EnumerationStopsAtTheCountAndLeavesTheOutAlone) {
+  BuildProject();
+  std::string name = "untouched";
+  EXPECT_EQ(_GetTargetName(&name, 1), 2);
+  EXPECT_EQ(name, "Release");
+  name = "untouched";
+  EXPECT_EQ(_GetTargetName(&name, 2), -1);
+  EXPECT_EQ(_GetTargetName(&name, -1), -1);
+  EXPECT_EQ(_GetLinkGroupName(&name, 1, "Release"), -1);
+  EXPECT_EQ(_GetLinkGroupName(&name, 0, "Nobody"), -1);
+  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 3, "Release", "Source files"), -1);
+  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 0, "Release", "Nobody"), -1);
+  EXPECT_EQ(name, "untouched");
+  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 2, "Release", "Source files"), 3);
+  EXPECT_EQ(name, "start.asm");
+}
+
+TEST_F(ExportsTest, ProjectFilesComeFromTheFirstTargetWhateverTheDefault) {
+  BuildProject();
+  _SetTarget("Release");
+  _AddProjectFile("only_in_all.c", "Source files");
+  std::string name;
+  EXPECT_EQ(_GetProjectFileName(&name, 3), 4);
+  EXPECT_EQ(name, "only_in_all.c");
+  int kind = -5, value = -5;
+  EXPECT_EQ(_GetProjectFileInfo("start.asm", "Release", &kind, &value), 1);
+  EXPECT_EQ(kind, kFileAssemblerSource);
+  EXPECT_EQ(_GetProjectFileInfo("zzz.c", "Release", &kind, &value), 0);
+  EXPECT_EQ(_IsFileInProject("b.c", 0), 1);
+  EXPECT_EQ(_IsFileInProject("zzz.c", 0), 0);
+}
+
+TEST_F(ExportsTest, NoProjectAnswersAreTheFailureValues) {
+  _DoneProjectData();
+  EXPECT_EQ(_WhatIsInProgress(), MakeStateNoProject);
+  std::string out = "kept";
+  EXPECT_EQ(_GetTargetName(&out, 0), -1);
+  EXPECT_EQ(_GetProjectFileName(&out, 0), -1);
+  EXPECT_EQ(_GetFullNameOfProjectFile("a.c", &out, 0, 0), 0);
+  EXPECT_EQ(_GetFilesMask(0, &out, &out, '|'), 0);
+  EXPECT_EQ(_IsFileInProject("a.c", 0), 0);
+  EXPECT_EQ(_Save(0), 0);
+  EXPECT_EQ(out, "kept");
+  int a = 0, b = 0;
+  EXPECT_EQ(_GetProjectFileInfo("a.c", "T", &a, &b), -1);
+  _AddTarget("T");  // an edit without a project changes nothing
+  EXPECT_TRUE(Notifications().empty());
+  ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
+  EXPECT_EQ(_WhatIsInProgress(), MakeStateIdle);
+}
+
+TEST_F(ExportsTest, NullArgumentsAreAnsweredLikeAMissingProject) {
+  BuildProject();
+  EXPECT_EQ(_GetTargetName(nullptr, 0), -1);
+  EXPECT_EQ(_GetLinkGroupName(nullptr, 0, "Release"), -1);
+  EXPECT_EQ(_IsFileInProject(nullptr, 0), 0);
+  EXPECT_EQ(_SetTarget(nullptr), 0);
+  _AddProjectFile(nullptr, "Source files");
+  _Set_IRF_FileName(nullptr);
+  _GetDefaultTargetName(nullptr);
+  EXPECT_TRUE(Notifications().empty());
+}
+
+TEST_F(ExportsTest, FilesMaskListsEachNonEmptyCategory) {
+  std::string filter, masks;
+  EXPECT_EQ(_GetFilesMask(0, &filter, &masks, '|'), 1);
+  EXPECT_EQ(filter,
+            "Compiler files (*.C;*.CPP)|*.C;*.CPP|Assembler files (*.ASM)|*.ASM|"
+            "Header files (*.H)|*.H|Asm Header files (*.INC)|*.INC|All files (*.*)|*.*||");
+  EXPECT_EQ(masks, "*.C;*.CPP");
+
+  CGlobalOptions& global = State().project->global_options();
+  global.SetString(kCInpExtensions, "", 0);
+  global.SetString(kAInpExtensions, "", 0);
+  filter.clear();
+  masks.clear();
+  _GetFilesMask(0, &filter, &masks, '\0' + 0x100 + '|');
+  EXPECT_EQ(masks, "*.H");
+  global.SetString(kHeaderExtension, "", 0);
+  global.SetString(kAHeaderExtension, "", 0);
+  filter.clear();
+  masks.clear();
+  _GetFilesMask(0, &filter, &masks, '|');
+  EXPECT_EQ(filter, "All files (*.*)|*.*||");
+  EXPECT_EQ(masks, "");
+}
+
+TEST_F(ExportsTest, MakeWithoutDefaultTargetOnlyTellsTheUser) {
+  _CreateDefaultProject(0, 1);
+  _DeleteTarget("demo - Debug");
+  Outputs().clear();
+  _Make(MakeModeMake, nullptr);
+  EXPECT_EQ(ui.message_texts(), (std::vector<std::string>{"Target is not defined !"}));
+  EXPECT_TRUE(Outputs().empty());
+}
+
+TEST_F(ExportsTest, MakeClearsBothChannelsFirst) {
+  BuildProject();
+  _Make(MakeModeMake, nullptr);
+  ASSERT_GE(Outputs().size(), 2u);
+  EXPECT_EQ(Outputs()[0].channel, 1);
+  EXPECT_EQ(Outputs()[0].action, 20);
+  EXPECT_EQ(Outputs()[1].channel, 0);
+  EXPECT_EQ(Outputs()[1].action, 20);
+}
+
+TEST_F(ExportsTest, TransferRoundTripsBothParts) {
+  BuildProject();
+  _SetTarget("Release");
+  MemoryIStream shared, local;
+  EXPECT_EQ(_Transfer(shared.get(), 1, 0), 1);
+  EXPECT_EQ(_Transfer(local.get(), 1, 1), 1);
+
+  _CreateDefaultProject(0, 0);
+  Notifications().clear();
+  shared.Rewind();
+  local.Rewind();
+  EXPECT_EQ(_Transfer(shared.get(), 0, 0), 1);
+  EXPECT_EQ(_Transfer(local.get(), 0, 1), 1);
+  EXPECT_EQ(Codes(), (std::vector<int>{5, 5}));
+  std::string name;
+  _GetDefaultTargetName(&name);
+  EXPECT_EQ(name, "Release");
+  EXPECT_EQ(_GetProjectFileName(&name, 2), 3);
+  EXPECT_EQ(name, "start.asm");
+
+  // The per-user part carries no compiler type and never replaces the project.
+  MemoryByteStream bytes(local.Contents());
+  CSettingsRegistry store(&bytes, false);
+  int32_t version = 0;
+  EXPECT_TRUE(store.ReadInt("RegVer", &version));
+  EXPECT_EQ(version, 133);
+  ASSERT_TRUE(store.OpenKeyFromRoot("Project_Local", false));
+  EXPECT_FALSE(store.ReadInt("CompilerType", &version));
+}
+
+TEST_F(ExportsTest, LocalLoadKeepsTheProjectObject) {
+  BuildProject();
+  CProjectData* before = State().project.get();
+  // A per-user part that (wrongly) carries a compiler type.
+  CSettingsRegistry writer(nullptr, true);
+  writer.OpenKeyFromRoot("Project_Local", true);
+  writer.WriteInt("CompilerType", 0);
+  MemoryIStream stream;
+  stream.Assign(writer.Serialize());
+  _Transfer(stream.get(), 0, 1);
+  EXPECT_EQ(State().project.get(), before);
+}
+
+TEST_F(ExportsTest, UnknownCompilerTypeLeavesNoProject) {
+  BuildProject();
+  CSettingsRegistry writer(nullptr, true);
+  writer.OpenKeyFromRoot("Project", true);
+  writer.WriteInt("CompilerType", 3);
+  MemoryIStream stream;
+  stream.Assign(writer.Serialize());
+  EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
+  EXPECT_EQ(_WhatIsInProgress(), MakeStateNoProject);
+}
+
+TEST_F(ExportsTest, TransferOfGarbageChangesNothing) {
+  BuildProject();
+  MemoryIStream stream;
+  stream.Assign("not a store at all");
+  EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
+  std::string name;
+  EXPECT_EQ(_GetProjectFileName(&name, 0), 3);
+  EXPECT_TRUE(Notifications().empty());
+}
+
+TEST_F(ExportsTest, DirectoryAndFileOfTheDefaultTarget) {
+  BuildProject();
+  std::string out = "kept";
+  _GetDirectory(1, &out);
+  EXPECT_EQ(out, Native("/work/"));
+  _GetDirectory(0, &out);
+  EXPECT_EQ(out, Native("/work/"));
+  _GetFile(0, &out);
+  EXPECT_EQ(out, Native("/work/demo"));
+  out = "kept";
+  _GetDirectory(7, &out);
+  _GetFile(1, &out);
+  EXPECT_EQ(out, "kept");
+  EXPECT_EQ(_GetFullNameOfProjectFile("sub/x.c", &out, 0, 0), 1);
+  EXPECT_EQ(out, Native("/work/sub/x.c"));
+}
+
+}  // namespace
+}  // namespace quillon
