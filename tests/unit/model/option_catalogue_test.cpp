@@ -1,0 +1,92 @@
+// Options by key, and file options falling back to their target's value.
+#include <gtest/gtest.h>
+
+#include "model/option_catalogue.h"
+#include "model/option_fallback.h"
+#include "model/project_data.h"
+
+namespace quillon {
+namespace {
+
+class OptionCatalogueTest : public ::testing::Test {
+ protected:
+  OptionCatalogueTest() {
+    project.Initialise(0);
+    target = project.AddTarget("T", "");
+    project.AddLinkGroup("g");
+    project.AddFile("a.c", "g");
+    project.AddFile("b.c", "g");
+    project.AddFile("s.asm", "g");
+  }
+  CProjectFile* File(int i) { return target->files[i]; }
+  std::string CompilerOptionsOf(CProjectFile* file) {
+    return file->options().GetString(kCompilerOptionsId, 0);
+  }
+
+  CProjectData project;
+  CProjectTarget* target;
+  const OptionInfo& compiler = *FindOption("CompilerOptions");
+};
+
+TEST_F(OptionCatalogueTest, KeysAreFoundIgnoringCaseAndValuesAreTyped) {
+  EXPECT_EQ(FindOption("nosuchkey"), nullptr);
+  const OptionInfo* beep = FindOption("beepwhendone");
+  ASSERT_NE(beep, nullptr);
+  EXPECT_EQ(beep->level, OptionLevel::kGlobal);
+  OptionScope scope{&project, nullptr, nullptr};
+  std::string error;
+  EXPECT_FALSE(SetOption(*beep, scope, {"loud"}, 0, &error));
+  EXPECT_NE(error.find("not a number"), std::string::npos);
+  EXPECT_FALSE(SetOption(*beep, scope, {"1", "2"}, 0, &error));
+  EXPECT_TRUE(SetOption(*FindOption("DF_Valid"), scope, {"Yes"}, 0, &error));
+  EXPECT_TRUE(project.global_options().include_keyword().valid);
+  EXPECT_FALSE(SetOption(*FindOption("CRLF"), scope, {"maybe"}, 0, &error));
+}
+
+TEST_F(OptionCatalogueTest, IncludeFlagsMustMatchTheIncludePaths) {
+  OptionScope scope{&project, nullptr, nullptr};
+  std::string error;
+  ASSERT_TRUE(SetOption(*FindOption("IncludePaths"), scope, {"inc", "lib"}, 0, &error));
+  EXPECT_FALSE(SetOption(*FindOption("IncludeSearchSubDirs"), scope, {"1"}, 0, &error));
+  ASSERT_TRUE(SetOption(*FindOption("IncludeSearchSubDirs"), scope, {"0", "True"}, 0, &error));
+  EXPECT_EQ(GetOption(*FindOption("IncludeSearchSubDirs"), scope),
+            (std::vector<std::string>{"0", "1"}));
+  EXPECT_TRUE(DiffersFromDefault(*FindOption("IncludePaths"), scope));
+  EXPECT_FALSE(DiffersFromDefault(*FindOption("EnvironmentSettings"), scope));
+}
+
+TEST_F(OptionCatalogueTest, TargetEditReachesFilesThatStillInherit) {
+  File(1)->options().SetString(kCompilerOptionsId, "-own", Own);
+  std::string error;
+  ASSERT_TRUE(SetTargetFileOption(project, *target, compiler, {"-O2"}, &error));
+  EXPECT_EQ(target->file_options().GetString(kCompilerOptionsId, 1), "1");
+  EXPECT_EQ(CompilerOptionsOf(File(0)), "-O2");
+  EXPECT_EQ(CompilerOptionsOf(File(1)), "-own");
+  EXPECT_EQ(CompilerOptionsOf(File(2)), "$(EDNAME)");  // assembler source
+  EXPECT_FALSE(SetTargetFileOption(project, *target, *FindOption("LinkerOptions"), {"x"}, &error));
+}
+
+TEST_F(OptionCatalogueTest, ResetsWriteTheLevelAboveDown) {
+  std::string error;
+  SetTargetFileOption(project, *target, compiler, {"-O2"}, &error);
+  File(1)->options().SetString(kCompilerOptionsId, "-own", Own);
+
+  ResetFilesToTarget(project, {}, {File(1)}, compiler);
+  EXPECT_EQ(CompilerOptionsOf(File(1)), "-O2");
+  EXPECT_EQ(File(1)->options().GetString(kCompilerOptionsId, 1), "0");
+  EXPECT_TRUE(File(1)->is_changed);
+
+  // An assembler file in the selection stops a compiler-page reset.
+  File(0)->options().SetString(kCompilerOptionsId, "-x", Own);
+  ResetFilesToTarget(project, {}, {File(0), File(2)}, compiler);
+  EXPECT_EQ(CompilerOptionsOf(File(0)), "-x");
+
+  ResetTargetsToDefault(project, {target}, compiler);
+  EXPECT_EQ(target->file_options().GetString(kCompilerOptionsId, 0), "$(EDNAME)");
+  EXPECT_EQ(target->file_options().GetString(kCompilerOptionsId, 1), "0");
+  EXPECT_EQ(CompilerOptionsOf(File(0)), "-x");          // keeps its own value
+  EXPECT_EQ(CompilerOptionsOf(File(1)), "$(EDNAME)");  // inherited
+}
+
+}  // namespace
+}  // namespace quillon
