@@ -40,7 +40,7 @@ int QUILLON_CALL _DeleteProjectFile(const char* fileName) {
     std::string group = file ? file->group->name : std::string();
     project.target_set().dependencies_changed = true;
     bool removed = project.DeleteFile(fileName);
-    state.dependencies_reset = true;
+    state.Scanner().SetReset();
     if (removed) state.Notify(ProjectChangeFileRemoved, fileName, group);
     return removed ? 1 : 0;
   });

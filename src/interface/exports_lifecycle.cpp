@@ -1,7 +1,9 @@
 // Lifecycle and persistence exports.
 #include <cstring>
 
+#include "build/message_table.h"
 #include "interface/export_guard.h"
+#include "interface/host_observer.h"
 #include "interface/library_state.h"
 #include "interface/stream_adapter.h"
 #include "platform/path.h"
@@ -29,6 +31,7 @@ int QUILLON_CALL _InitProjectData(ProjectChangeCallback onChange, HostCallback h
     state.on_change = onChange;
     state.host = host;
     state.working_copy.reset();
+    MessageTable().SetOutputSink(&TheHostOutputSink());
     auto project = CreateProject(0);
     int result = project->Initialise(0);
     state.InstallProject(std::move(project));
@@ -40,6 +43,7 @@ void QUILLON_CALL _DoneProjectData(void) {
   Guarded([] {
     State().project.reset();
     State().working_copy.reset();
+    State().Scanner().Clear();
   });
 }
 

@@ -22,6 +22,22 @@ void LibraryState::Notify(int code, const std::string& first, const std::string&
             code);
 }
 
+CDependencyScanner& LibraryState::Scanner() {
+  if (!scanner_) scanner_ = std::make_unique<CDependencyScanner>(*fs);
+  return *scanner_;
+}
+
+void LibraryState::SetFileSystem(FileSystem* file_system) {
+  fs = file_system;
+  scanner_.reset();
+}
+
+void LibraryState::Status(const char* text, int flag, int percent) const {
+  if (host == nullptr) return;
+  StatusRecord record{text, flag, percent};
+  host(HostStatus, &record);
+}
+
 void LibraryState::Output(int channel, int action, const std::string& text) const {
   if (host == nullptr) return;
   OutputRecord record{channel, action, text.c_str()};

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "deps/dependency_scanner.h"
 #include "model/project_data.h"
 #include "model/registry/settings_registry.h"
 #include "platform/file_system.h"
@@ -34,12 +35,14 @@ class LibraryState {
   TransferContext transfer;
   // Set when a change may have altered how project files are classified.
   bool project_changed = false;
-  // Set when files left the project: the next dependency update starts
-  // from an empty graph.
-  bool dependencies_reset = false;
 
   FileSystem* fs = &FileSystem::Default();
   UiServices* ui = &UiServices::Default();
+
+  // The include graph, kept between builds; made on first use over `fs`.
+  CDependencyScanner& Scanner();
+  // Swaps the file system (tests); the graph starts again empty.
+  void SetFileSystem(FileSystem* file_system);
 
   // Makes `replacement` the current project, tied to the IRF file.
   void InstallProject(std::unique_ptr<CProjectData> replacement);
@@ -50,6 +53,10 @@ class LibraryState {
   void Notify(int code, const std::string& first, const std::string& second) const;
   // One OutputRecord through the host callback.
   void Output(int channel, int action, const std::string& text) const;
+  void Status(const char* text, int flag, int percent) const;
+
+ private:
+  std::unique_ptr<CDependencyScanner> scanner_;
 };
 
 LibraryState& State();

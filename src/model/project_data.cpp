@@ -341,15 +341,4 @@ std::unique_ptr<CProjectData> CreateProject(int compiler_type) {
   return std::make_unique<CProjectData>(compiler_type);
 }
 
-bool ExtensionInList(const std::string& ext, const std::string& list) {
-  std::string_view rest(list);
-  while (true) {
-    size_t semi = rest.find(';');
-    std::string_view item = TrimBlanks(rest.substr(0, semi));
-    if (!item.empty() && EqualsNoCase(item, ext)) return true;
-    if (semi == std::string_view::npos) return false;
-    rest.remove_prefix(semi + 1);
-  }
-}
-
 }  // namespace quillon

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "model/file_options.h"
 #include "model/global_options.h"
@@ -128,9 +129,6 @@ class CProjectData {
 // defined, so any other type gives null.
 std::unique_ptr<CProjectData> CreateProject(int compiler_type);
 
-// Splits an extension list ("C;CPP") and tells whether `ext` is in it,
-// ignoring case.
-bool ExtensionInList(const std::string& ext, const std::string& list);
 
 }  // namespace quillon
 
