@@ -9,6 +9,9 @@
 //            15 string list (u32 count + strings) | 16 buffer (u32 length +
 //            bytes) | 18 u32 words (u32 count + count*4 bytes)
 // Names compare with ASCII letters folded to lower case, bytes unsigned.
+// The reader takes a root record only if it is a key; siblings repeating an
+// earlier name are dropped; a value cut short by the end of the file keeps
+// the bytes that were there.
 //
 // A reading store parses everything when it is built; a writing store writes
 // the header when built and the tree when destroyed. Each operation leaves a
@@ -63,6 +66,12 @@ struct RegistryNode {
   std::vector<uint32_t> words_value;    // kRegWords
   // Kept sorted by name (CompareRegistryNames); null until the first child.
   std::unique_ptr<std::vector<std::unique_ptr<RegistryNode>>> children;
+
+  RegistryNode() = default;
+  // Frees the subtree without recursion, so any depth is safe.
+  ~RegistryNode();
+  RegistryNode(const RegistryNode&) = delete;
+  RegistryNode& operator=(const RegistryNode&) = delete;
 
   // The child with that name, or null.
   RegistryNode* FindChild(std::string_view child_name) const;

@@ -1,1 +1,375 @@
+#include "model/registry/settings_registry.h"
 
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace quillon {
+namespace {
+
+using namespace std::string_view_literals;
+using Strings = std::vector<std::string>;
+
+// Store files spelled out byte by byte, independently of the writer under test.
+class FileBytes {
+ public:
+  FileBytes& Header(int major = 0, int minor = 1) { return Raw("ZYVEKSLO").U8(major).U8(minor); }
+  FileBytes& U8(int v) { return Raw(std::string(1, static_cast<char>(v))); }
+  FileBytes& U16(uint32_t v) { return U8(v & 0xFF).U8((v >> 8) & 0xFF); }
+  FileBytes& U32(uint32_t v) { return U16(v & 0xFFFF).U16(v >> 16); }
+  FileBytes& Str(std::string_view s) { return U16(static_cast<uint32_t>(s.size())).Raw(s); }
+  FileBytes& Raw(std::string_view s) { return bytes_.append(s), *this; }
+  FileBytes& Record(int type, std::string_view name) { return U8(type).Str(name); }
+  FileBytes& Key(std::string_view name, int count) { return U8(kRegKey).U16(count).Str(name); }
+  FileBytes& Int(std::string_view name, uint32_t v) { return Record(kRegInt, name).U32(v); }
+  FileBytes& String(std::string_view name, std::string_view v) {
+    return Record(kRegString, name).Str(v);
+  }
+  FileBytes& List(std::string_view name, uint32_t count, std::initializer_list<const char*> v) {
+    Record(kRegStringList, name).U32(count);
+    for (const char* item : v) Str(item);
+    return *this;
+  }
+  FileBytes& Words(std::string_view name, uint32_t count, std::initializer_list<uint32_t> v) {
+    Record(kRegWords, name).U32(count);
+    for (uint32_t word : v) U32(word);
+    return *this;
+  }
+  const std::string& str() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+};
+
+// A reading store over bytes in memory.
+struct Loaded {
+  explicit Loaded(std::string bytes) : stream(std::move(bytes)), store(&stream, false) {}
+  int error() const { return store.LastError(); }
+  MemoryByteStream stream;
+  CSettingsRegistry store;
+};
+
+std::string Save(const std::function<void(CSettingsRegistry&)>& fill) {
+  MemoryByteStream stream;
+  {
+    CSettingsRegistry store(&stream, true);
+    fill(store);
+  }
+  return stream.contents();
+}
+
+Strings ChildNames(const RegistryNode& key) {
+  Strings names;
+  for (size_t i = 0; i < key.child_count(); ++i) names.push_back((*key.children)[i]->name);
+  return names;
+}
+
+void ExpectEmptyTree(const CSettingsRegistry& store) {
+  EXPECT_EQ(store.root().name, "$");
+  EXPECT_EQ(store.root().child_count(), 0u);
+  EXPECT_EQ(store.current_key(), &store.root());
+}
+
+// Every value type, in name order, so this is exactly what the writer emits.
+std::string EveryTypeFile() {
+  // clang-format off
+  return FileBytes()
+      .Header()
+      .Key("$", 2)
+      .Key("Target[0]", 6)
+      .Record(kRegBuffer, "Blob").U32(3).Raw("\0\1\xff"sv)
+      .Int("Count", 0xFFFFFFFE)
+      .List("List", 3, {"a", "", "c"})
+      .String("Name", "main")
+      .Record(kRegInt64, "Time").U32(1).U32(0x80000000)
+      .Words("Words", 2, {7, 0xDEADBEEF})
+      .String("TargetName", "Debug")
+      .str();
+  // clang-format on
+}
+
+// The same tree through the API, deliberately out of name order.
+void FillEveryType(CSettingsRegistry& store) {
+  store.WriteString("TargetName", "Debug");
+  ASSERT_TRUE(store.OpenKeyFromRoot("Target[0]", true));
+  store.WriteWords("Words", {7, 0xDEADBEEF});
+  store.WriteInt64("Time", 1, 0x80000000);
+  store.WriteString("Name", "main");
+  store.WriteStringList("List", {"a", "", "c"});
+  store.WriteInt("Count", -2);
+  store.WriteBuffer("Blob", "\0\1\xff"sv);
+}
+
+TEST(RegistryFormatTest, HandWrittenFileReadsAndWritesBackTheSameBytes) {
+  Loaded file(EveryTypeFile());
+  ASSERT_EQ(file.error(), kRegOK);
+  CSettingsRegistry& store = file.store;
+  std::string text;
+  EXPECT_TRUE(store.ReadString("targetname", &text) && text == "Debug");
+  ASSERT_TRUE(store.OpenKeyFromRoot("TARGET[0]", false));
+  int32_t count = 0;
+  uint32_t first = 0, second = 0;
+  Strings list;
+  std::vector<uint32_t> words;
+  EXPECT_TRUE(store.ReadInt("Count", &count) && count == -2);
+  EXPECT_TRUE(store.ReadInt64("Time", &first, &second) && first == 1 && second == 0x80000000);
+  EXPECT_TRUE(store.ReadString("Name", &text) && text == "main");
+  EXPECT_TRUE(store.ReadStringList("List", &list) && list == Strings({"a", "", "c"}));
+  EXPECT_TRUE(store.ReadBuffer("Blob", &text) && text == "\0\1\xff"sv);
+  EXPECT_TRUE(store.ReadWords("Words", &words));
+  EXPECT_EQ(words, (std::vector<uint32_t>{7, 0xDEADBEEF}));
+
+  EXPECT_EQ(store.Serialize(), EveryTypeFile());
+  EXPECT_EQ(Save(FillEveryType), EveryTypeFile());
+}
+
+TEST(RegistryFormatTest, HeaderIsWrittenAtOnceAndTheTreeAtTheEnd) {
+  MemoryByteStream stream;
+  {
+    CSettingsRegistry store(&stream, true);
+    EXPECT_EQ(stream.contents(), FileBytes().Header().str());
+    store.WriteInt("x", 1);
+    EXPECT_EQ(stream.contents().size(), 10u);
+  }
+  EXPECT_EQ(stream.contents(), FileBytes().Header().Key("$", 1).Int("x", 1).str());
+}
+
+TEST(RegistryFormatTest, OversizedFieldsAreCutToTheirWidth) {
+  std::string long_text(65536 + 10, 'x');
+  long_text[0] = 'y';
+  Loaded file(Save([&](CSettingsRegistry& store) {
+    store.WriteString("Long", long_text);
+    ASSERT_TRUE(store.OpenKeyFromRoot("Many", true));
+    for (int i = 0; i < 65537; ++i) store.WriteInt("k" + std::to_string(100000 + i), i);
+  }));
+  ASSERT_EQ(file.error(), kRegOK);
+  std::string text;
+  EXPECT_TRUE(file.store.ReadString("Long", &text) && text == "yxxxxxxxxx");
+  ASSERT_TRUE(file.store.OpenKeyFromRoot("Many", false));
+  EXPECT_EQ(ChildNames(*file.store.current_key()), Strings{"k100000"});
+}
+
+TEST(RegistryFormatTest, ChildrenComeBackInNameOrder) {
+  Loaded file(Save([](CSettingsRegistry& store) {
+    for (const char* name : {"b", "TargetName", "\xe9", "Target[0]", "Z", "a_", "A"})
+      store.WriteInt(name, 0);
+  }));
+  EXPECT_EQ(ChildNames(file.store.root()),
+            Strings({"A", "a_", "b", "Target[0]", "TargetName", "Z", "\xe9"}));
+}
+
+TEST(RegistryReadTest, HeaderMagicAndVersion) {
+  std::string tree = FileBytes().Key("$", 1).Int("x", 5).str();
+  for (auto [major, minor] : {std::pair{1, 0}, {0, 0}}) {
+    Loaded file(FileBytes().Header(major, minor).Raw(tree).str());
+    EXPECT_EQ(file.error(), kRegOK);
+    EXPECT_EQ(file.store.root().child_count(), 1u);
+  }
+  for (auto [major, minor] : {std::pair{1, 1}, {2, 0}, {255, 255}}) {
+    Loaded file(FileBytes().Header(major, minor).Raw(tree).str());
+    EXPECT_EQ(file.error(), kRegInvalidVersion);
+    ExpectEmptyTree(file.store);
+  }
+  EXPECT_EQ(Loaded(FileBytes().Raw("ZYVEKSLX").U16(0x100).Raw(tree).str()).error(),
+            kRegInvalidFormat);
+  EXPECT_EQ(Loaded("").error(), kRegInvalidFormat);
+  EXPECT_EQ(CSettingsRegistry(nullptr, false).LastError(), kRegErrorOpening);
+  EXPECT_EQ(CSettingsRegistry(nullptr, true).LastError(), kRegPathNotValid);
+}
+
+TEST(RegistryReadTest, TruncationAtEveryLengthFailsCleanly) {
+  std::string full = Save([](CSettingsRegistry& store) {
+    FillEveryType(store);
+    store.OpenKeyFromRoot("", false);
+    store.WriteString("Zeta", "tail");
+  });
+  const size_t last_record = full.size() - (1 + 2 + 4 + 2 + 4);
+  for (size_t length = 0; length < full.size(); ++length) {
+    SCOPED_TRACE(length);
+    Loaded file(full.substr(0, length));
+    // A cut goes unnoticed only where no type code is read after it: inside
+    // the last record, or before the root's child count (which reads as 0).
+    bool unnoticed = length == 11 || length > last_record;
+    EXPECT_EQ(file.error(), length < 8  ? kRegInvalidFormat
+                            : unnoticed ? kRegOK
+                                        : kRegRecordsNotSupported);
+    if (file.error() != kRegOK) ExpectEmptyTree(file.store);
+  }
+}
+
+TEST(RegistryReadTest, FlippedBytesFailCleanlyOrLoadAStableTree) {
+  std::string full = EveryTypeFile();
+  for (size_t i = 0; i < full.size(); ++i) {
+    for (int mask : {0x01, 0x80, 0xFF}) {
+      std::string bytes = full;
+      bytes[i] = static_cast<char>(bytes[i] ^ mask);
+      Loaded file(bytes);
+      if (file.error() != kRegOK) ExpectEmptyTree(file.store);
+      EXPECT_EQ(Loaded(file.store.Serialize()).store.Serialize(), file.store.Serialize()) << i;
+    }
+  }
+}
+
+TEST(RegistryReadTest, UndefinedTypeCodeAnywhereFailsTheWholeLoad) {
+  const std::string good =
+      FileBytes().Header().Key("$", 2).Int("a", 1).Key("k", 1).Int("b", 0).str();
+  ASSERT_EQ(Loaded(good).error(), kRegOK);
+  for (int code : {0, 2, 11, 17, 19, 255}) {
+    SCOPED_TRACE(code);
+    std::string bytes = good;
+    bytes[bytes.size() - 8] = static_cast<char>(code);  // the type of "b"
+    Loaded bad(bytes);
+    EXPECT_EQ(bad.error(), kRegRecordsNotSupported);
+    ExpectEmptyTree(bad.store);
+    EXPECT_EQ(Loaded(FileBytes().Header().U8(code).U16(0).Str("$").str()).error(),
+              kRegRecordsNotSupported);
+  }
+}
+
+TEST(RegistryReadTest, SiblingsAreSortedAndLaterDuplicatesDropped) {
+  Loaded file(FileBytes()
+                  .Header()
+                  .Key("$", 4)
+                  .String("b", "first b")
+                  .String("Name", "first")
+                  .Key("NAME", 1)
+                  .Int("inside the dropped key", 1)
+                  .String("B", "second b")
+                  .str());
+  ASSERT_EQ(file.error(), kRegOK);
+  EXPECT_EQ(ChildNames(file.store.root()), Strings({"b", "Name"}));
+  std::string text;
+  EXPECT_TRUE(file.store.ReadString("B", &text) && text == "first b");
+  EXPECT_TRUE(file.store.ReadString("name", &text) && text == "first");
+}
+
+TEST(RegistryReadTest, HugeCountsAreBoundedByTheInput) {
+  FileBytes head;
+  head.Header().Key("$", 1);
+  Loaded list(FileBytes(head).List("L", 0xFFFFFFFF, {"ab", "cd"}).U16(5).str());
+  Strings strings;
+  EXPECT_TRUE(list.store.ReadStringList("L", &strings) && strings == Strings({"ab", "cd", ""}));
+
+  Loaded buffer(FileBytes(head).Record(kRegBuffer, "B").U32(0xFFFFFFFF).Raw("xyz").str());
+  std::string bytes;
+  EXPECT_TRUE(buffer.store.ReadBuffer("B", &bytes) && bytes == "xyz");
+
+  Loaded words(FileBytes(head).Words("W", 0xFFFFFFFF, {9}).U16(0x1234).str());
+  std::vector<uint32_t> values;
+  EXPECT_TRUE(words.store.ReadWords("W", &values));
+  EXPECT_EQ(values, (std::vector<uint32_t>{9, 0x1234}));
+}
+
+TEST(RegistryReadTest, NestingDepthIsBounded) {
+  auto nested = [](int levels) {
+    FileBytes bytes;
+    bytes.Header();
+    for (int i = 0; i < levels; ++i) bytes.Key("k", i + 1 < levels ? 1 : 0);
+    return bytes.str();
+  };
+  EXPECT_EQ(Loaded(nested(kRegistryMaxDepth + 1)).error(), kRegOK);
+  EXPECT_EQ(Loaded(nested(kRegistryMaxDepth + 2)).error(), kRegRecordsNotSupported);
+
+  // A tree built in memory may go deeper; saving and freeing it must not recurse.
+  std::string path = "k";
+  for (int i = 0; i < 100000; ++i) path += "\\k";
+  std::string bytes = Save([&](CSettingsRegistry& store) { store.OpenKeyFromRoot(path, true); });
+  EXPECT_EQ(bytes.size(), 10 + 6 + 100001u * 6);
+}
+
+TEST(RegistryValuesTest, NameAlreadyUsedWithAnotherType) {
+  CSettingsRegistry store(nullptr, true);
+  EXPECT_TRUE(store.WriteString("Name", "one"));
+  EXPECT_TRUE(store.WriteString("NAME", "two"));
+  EXPECT_EQ(ChildNames(store.root()), Strings{"Name"});
+  EXPECT_FALSE(store.WriteInt("NAME", 3));
+  EXPECT_EQ(store.LastError(), kRegTypeMismatch);
+
+  int32_t number = 42;
+  EXPECT_FALSE(store.ReadInt("name", &number));
+  EXPECT_EQ(store.LastError(), kRegTypeMismatch);
+  EXPECT_EQ(number, 42);
+  EXPECT_FALSE(store.ReadInt("Missing", &number));
+  EXPECT_EQ(store.LastError(), kRegKeyNotFound);
+
+  EXPECT_FALSE(store.OpenKeyFromRoot("Name\\Sub", true));
+  EXPECT_EQ(store.LastError(), kRegTypeMismatch);
+  ASSERT_TRUE(store.OpenKeyFromRoot("Key", true));
+  EXPECT_TRUE(store.WriteInt("v", 1));
+  EXPECT_FALSE(store.OpenKeyFromRoot("Key\\v\\Deeper", true));
+  EXPECT_FALSE(store.OpenKeyFromRoot("Name", false));
+  EXPECT_EQ(store.LastError(), kRegPathNotFound);
+  EXPECT_EQ(ChildNames(store.root()), Strings({"Key", "Name"}));
+  EXPECT_EQ(ChildNames(*store.current_key()), Strings{"v"});
+}
+
+TEST(RegistryValuesTest, BooleansAreCaseSensitiveTexts) {
+  CSettingsRegistry store(nullptr, true);
+  store.WriteBool("t", true);
+  store.WriteBool("f", false);
+  store.WriteBool("y", true, true);
+  store.WriteBool("n", false, true);
+  store.WriteString("lower", "true");
+  std::string text;
+  for (auto [name, stored] : {std::pair{"t", "True"}, {"f", "False"}, {"y", "Yes"}, {"n", "No"}})
+    EXPECT_TRUE(store.ReadString(name, &text) && text == stored) << name;
+  bool value = false;
+  EXPECT_TRUE(store.ReadBool("t", &value) && value);
+  EXPECT_TRUE(store.ReadBool("y", &value) && value);
+  EXPECT_TRUE(store.ReadBool("lower", &value) && !value);
+}
+
+TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
+  CSettingsRegistry store(nullptr, true);
+  ASSERT_TRUE(store.OpenKeyFromRoot("Targets", true));
+  ASSERT_TRUE(store.OpenIndexedKey("Target", 0, true, true));
+  EXPECT_EQ(store.current_key()->name, "Target[0]");
+  ASSERT_TRUE(store.OpenKey("Options\\Compiler", true));
+  EXPECT_TRUE(store.PopKey());
+  EXPECT_EQ(store.current_key()->name, "Targets");
+  EXPECT_TRUE(store.HasKey("target[0]"));
+
+  // The key stays pushed even when the open fails.
+  EXPECT_FALSE(store.OpenIndexedKey("Target", 1, false, true));
+  EXPECT_EQ(store.LastError(), kRegPathNotFound);
+  EXPECT_TRUE(store.PopKey());
+  EXPECT_FALSE(store.PopKey());
+
+  ASSERT_TRUE(store.OpenKeyFromBase("Target[0]\\Options", false));
+  EXPECT_EQ(store.current_key()->name, "Options");
+  ASSERT_TRUE(store.OpenKeyFromBase("", false));
+  EXPECT_EQ(store.current_key()->name, "Targets");
+  ASSERT_TRUE(store.OpenIndexedKey("T", -1, true, false));
+  EXPECT_EQ(store.current_key()->name, "T[-1]");
+  ASSERT_TRUE(store.OpenKeyFromRoot("", false));
+  EXPECT_EQ(store.current_key(), &store.root());
+}
+
+TEST(RegistryErrorsTest, TextsAndReset) {
+  const char* texts[] = {"OK.",
+                         "Path name is not valid.",
+                         "Key not foud.",
+                         "Error opening registry.",
+                         "Error saving registry.",
+                         "Invalid file format (not registry).",
+                         "Invalid registry version ",
+                         "Some records not supported",
+                         "Regitry path not found",
+                         "This key has already been used with other type."};
+  for (int code = 0; code < 10; ++code)
+    EXPECT_STREQ(CSettingsRegistry::ErrorText(code), texts[code]);
+
+  Loaded file(FileBytes().Header(1, 1).str());
+  std::string text;
+  file.store.GetErrorText(&text, false);
+  EXPECT_EQ(text, "Invalid registry version ");
+  EXPECT_EQ(file.error(), kRegInvalidVersion);
+  file.store.GetErrorText(&text, true);
+  EXPECT_EQ(file.error(), kRegOK);
+}
+
+}  // namespace
+}  // namespace quillon
