@@ -65,9 +65,12 @@ class FileSystem {
   virtual Status RemoveFile(const std::string& path) = 0;
   // Renames, replacing `to` atomically where the OS allows.
   virtual Status RenameFile(const std::string& from, const std::string& to) = 0;
+  // Every entry but "." and "..", sorted by name (byte order). Links are
+  // followed when telling directories from files.
   virtual Status ListDirectory(const std::string& path, std::vector<DirEntry>* entries) = 0;
   // Creates missing parents too; succeeds when the directory exists.
   virtual Status MakeDirectories(const std::string& path) = 0;
+  // Sets the modification time; the OS may round it (Windows keeps 100 ns).
   virtual Status SetFileTime(const std::string& path, FileTime time) = 0;
   virtual std::string CurrentDirectory() = 0;
 
@@ -78,8 +81,9 @@ class FileSystem {
   bool FileExists(const std::string& path);
   bool DirectoryExists(const std::string& path);
   Status WriteFile(const std::string& path, const std::string& contents);
-  // Writes a temporary file beside `path`, syncs it, then renames it over
-  // `path`. On any failure `path` is left as it was and the temporary removed.
+  // Writes a temporary file beside `path` (its name plus a unique suffix),
+  // syncs it, then renames it over `path`. On any failure `path` is left as
+  // it was and the temporary removed.
   Status WriteFileAtomically(const std::string& path, const std::string& contents);
 };
 

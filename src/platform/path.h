@@ -29,7 +29,8 @@ std::string NameOfFile(std::string_view path);
 std::string NameAndExtOfFile(std::string_view path);
 // "C:\src\main.c" -> "c"; "" when the name has no dot.
 std::string ExtOfFile(std::string_view path);
-// "C:\src\main.c" -> "C:\src\" (keeps the trailing separator); "" without one.
+// "C:\src\main.c" -> "C:\src\" (keeps the trailing separator); "C:main.c" ->
+// "C:"; "" when there is no directory part.
 std::string DirOfFile(std::string_view path);
 // "C:\src\main.c" -> "C:"; "\\srv\share\x" -> "\\srv\share"; "" otherwise.
 std::string DriveOfFile(std::string_view path);
@@ -42,7 +43,10 @@ std::string AddBackslash(std::string_view path);
 bool IsAbsolutePath(std::string_view path);
 
 // Folds "." and "..", turns every separator into the native one and
-// collapses repeated separators (except a UNC root's two).
+// collapses repeated separators (except a UNC root's two). ".." never climbs
+// above a root, drive root or UNC share; leading ".." of a relative path are
+// kept. A trailing separator is kept; a relative path that folds away to
+// nothing becomes ".".
 std::string NormalizePath(std::string_view path);
 // `path` made absolute against directory `base` and normalised; an absolute
 // `path` is only normalised. A path rooted without a drive ("\x") takes
@@ -56,7 +60,8 @@ std::string ExpandToFullPath(std::string_view path);
 
 // Forward slashes to backslashes.
 std::string Unix2dos(std::string_view path);
-// Runs of separators folded to one, except a leading UNC pair.
+// Runs of separators folded to one native separator, except a leading UNC
+// pair.
 std::string RemoveMultipleBackslashes(std::string_view path);
 // Double quotes around a path holding a blank, unless already quoted.
 std::string SetQuotesOnPath(std::string_view path);
@@ -69,7 +74,13 @@ inline bool PathsEqual(std::string_view a, std::string_view b) { return CompareP
 // ASCII case folding for names (targets, groups, store keys): letters folded
 // to lower case, bytes compared unsigned.
 int CompareNoCase(std::string_view a, std::string_view b);
-inline bool EqualsNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }
+inline bool EqualsNoCase(std::string_view a, std::string_view b) {
+  return CompareNoCase(a, b) == 0;
+}
+
+// Whether `extension` (without dot) is one of the ";"-separated entries of
+// `list` ("C;CPP"), ignoring case; an empty extension never is.
+bool ExtensionInList(std::string_view extension, std::string_view list);
 
 // Blanks (space and tab) cut at both ends.
 std::string_view TrimBlanks(std::string_view text);

@@ -10,8 +10,8 @@
 namespace quillon {
 
 enum class MessageBoxKind {
-  kOk,           // information, one OK button
-  kYesNoQuestion // question icon, Yes and No; No is the default
+  kOk,            // information, one OK button
+  kYesNoQuestion  // question icon, Yes and No; No is the default
 };
 
 enum class MessageBoxAnswer { kOk, kYes, kNo };
@@ -23,8 +23,11 @@ class UiServices {
   virtual MessageBoxAnswer ShowMessage(const std::string& text, MessageBoxKind kind) = 0;
   virtual void Beep(int frequency_hz, int duration_ms) = 0;
   // False when the user cancelled; `path` holds the proposal on entry.
+  // `filter` is "Description|pattern" pairs joined by '|', e.g.
+  // "Projects (*.qpj)|*.qpj|All files (*.*)|*.*".
   virtual bool AskSaveFileName(const std::string& title, const std::string& filter,
                                std::string* path) = 0;
+  // Nests: the cursor returns after the last EndWaitCursor.
   virtual void BeginWaitCursor() = 0;
   virtual void EndWaitCursor() = 0;
 
