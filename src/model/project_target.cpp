@@ -3,6 +3,7 @@
 #include "model/key_scope.h"
 #include "model/project_data.h"
 #include "platform/path.h"
+#include "platform/path_key.h"
 
 namespace quillon {
 
@@ -26,15 +27,17 @@ int CProjectTarget::IndexOfGroup(const std::string& group_name) const {
 
 CProjectFile* CProjectTarget::FindFile(const std::string& file_name) const {
   if (file_name.empty()) return nullptr;
-  for (CProjectFile* file : files) {
-    if (PathsEqual(file->file_name(), file_name)) return file;
+  if (!file_index_valid_ || file_index_directory_ != project_.directory()) {
+    file_index_.clear();
+    file_index_.reserve(files.size());
+    for (CProjectFile* file : files) {
+      file_index_.emplace(PathKey(project_.FullNameOfFile(file->file_name())), file);
+    }
+    file_index_directory_ = project_.directory();
+    file_index_valid_ = true;
   }
-  // Not under the stored spelling: compare full paths.
-  std::string full = project_.FullNameOfFile(file_name);
-  for (CProjectFile* file : files) {
-    if (PathsEqual(project_.FullNameOfFile(file->file_name()), full)) return file;
-  }
-  return nullptr;
+  auto found = file_index_.find(PathKey(project_.FullNameOfFile(file_name)));
+  return found == file_index_.end() ? nullptr : found->second;
 }
 
 CLinkGroup* CProjectTarget::AddGroup(const std::string& group_name) {
@@ -51,11 +54,22 @@ CProjectFile* CProjectTarget::AddFile(const std::string& file_name, CLinkGroup& 
   file->group = &group;
   CProjectFile* added = file.get();
   group.files.push_back(std::move(file));
-  RebuildFileList();
+  // Keep the flat list and the index current without rebuilding them: big
+  // projects are filled one file at a time.
+  size_t position = 0;
+  for (const auto& each : groups) {
+    position += each->files.size();
+    if (each.get() == &group) break;
+  }
+  files.insert(files.begin() + static_cast<std::ptrdiff_t>(position - 1), added);
+  if (file_index_valid_) {
+    file_index_.emplace(PathKey(project_.FullNameOfFile(added->file_name())), added);
+  }
   return added;
 }
 
 void CProjectTarget::RebuildFileList() {
+  file_index_valid_ = false;
   files.clear();
   for (const auto& group : groups) {
     for (const auto& file : group->files) files.push_back(file.get());

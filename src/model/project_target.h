@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "model/link_group.h"
@@ -38,7 +39,8 @@ class CProjectTarget {
 
   CLinkGroup* FindGroup(const std::string& group_name) const;
   int IndexOfGroup(const std::string& group_name) const;
-  // The file with that name (stored or full), or null.
+  // The file with that name (stored or full), or null. Names that resolve
+  // to the same full path name the same file.
   CProjectFile* FindFile(const std::string& file_name) const;
   CLinkGroup* AddGroup(const std::string& group_name);
   CProjectFile* AddFile(const std::string& file_name, CLinkGroup& group);
@@ -53,6 +55,12 @@ class CProjectTarget {
   int Save(CSettingsRegistry& store, TransferPass pass) const;
 
  private:
+  // Full path (folded where case does not count) -> file, built on demand
+  // for the directory it was built against.
+  mutable std::unordered_map<std::string, CProjectFile*> file_index_;
+  mutable std::string file_index_directory_;
+  mutable bool file_index_valid_ = false;
+
   CProjectData& project_;
   std::unique_ptr<COptionSet> file_options_;
   std::unique_ptr<COptionSet> link_group_options_;

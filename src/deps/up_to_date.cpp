@@ -1,0 +1,96 @@
+#include "deps/up_to_date.h"
+
+#include <unordered_set>
+
+#include "deps/target_scan.h"
+#include "model/project_data.h"
+#include "platform/path.h"
+#include "platform/path_key.h"
+
+namespace quillon {
+namespace {
+
+std::string Quoted(const std::string& name, const char* tail) { return "'" + name + tail; }
+
+}  // namespace
+
+FileInfo UpToDateDecision::StatOnce(const std::string& path) {
+  auto [it, inserted] = stats_.try_emplace(path);
+  if (inserted) it->second = fs_.Stat(path);
+  return it->second;
+}
+
+bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
+                                        std::vector<std::string>* reasons,
+                                        ScanObserver* observer) {
+  scanner_.Update(MakeScanRequest(project_, target_), observer);
+  scanner_.ClearVisited();
+  files->clear();
+
+  std::unordered_map<std::string, CProjectFile*> by_path;
+  by_path.reserve(target_.files.size());
+  for (CProjectFile* file : target_.files) {
+    by_path.emplace(PathKey(project_.FullNameOfFile(file->file_name())), file);
+  }
+  std::unordered_set<const CProjectFile*> listed;
+  auto list = [&](CProjectFile* file, std::string reason) {
+    if (!listed.insert(file).second) return;
+    files->push_back(file);
+    if (reasons) reasons->push_back(std::move(reason));
+  };
+
+  for (size_t i = 0; i < scanner_.root_count(); ++i) {
+    const CDependencyNode* root = scanner_.RootAt(i);
+    scanner_.ClearVisitedOfNodes();
+    auto found = by_path.find(PathKey(root->name()));
+    if (found == by_path.end() || project_.IsExcludedFromBuild(*found->second)) continue;
+    CProjectFile* file = found->second;
+    if (file->is_changed) {
+      list(file, Quoted(NameAndExtOfFile(root->name()), "': file options have changed."));
+      continue;
+    }
+    std::string output = project_.OutputFileOf(target_, *file);
+    FileInfo info = StatOnce(output);
+    if (!info.exists()) {
+      list(file, Quoted(NameAndExtOfFile(output), "' does not exist."));
+    } else if (scanner_.IsNewer(root, info.time)) {
+      list(file, Quoted(NameAndExtOfFile(output), "' is not up to date."));
+    }
+  }
+  return !files->empty();
+}
+
+bool UpToDateDecision::SomeLinkInputNewerThan(FileTime time) {
+  for (const CProjectFile* file : target_.files) {
+    if (project_.IsExcludedFromBuild(*file)) continue;
+    std::string input = project_.OutputFileOf(target_, *file);
+    if (!input.empty() && StatOnce(input).time > time) return true;
+  }
+  return false;
+}
+
+bool UpToDateDecision::TargetMustBeLinked() {
+  if (target_.is_changed) return true;
+  FileInfo output = StatOnce(project_.OutputFile(target_));
+  if (!output.exists() || output.size == 0) return true;
+  std::string indirection = project_.IndirectionFile(target_);
+  if (!indirection.empty() && StatOnce(indirection).time > output.time) return true;
+  return SomeLinkInputNewerThan(output.time);
+}
+
+void UpToDateDecision::AppendLinkReasons(std::vector<std::string>* reasons) {
+  std::string output_path = project_.OutputFile(target_);
+  FileInfo output = StatOnce(output_path);
+  if (!output.exists() || output.size == 0) {
+    reasons->push_back(Quoted(output_path, "\" does not exist."));
+  } else if (SomeLinkInputNewerThan(output.time)) {
+    reasons->push_back(Quoted(output_path, "\" is not up to date."));
+  }
+  if (target_.is_changed) reasons->push_back("Linker options have changed.");
+  std::string indirection = project_.IndirectionFile(target_);
+  if (!indirection.empty() && output.time >= 1 && StatOnce(indirection).time > output.time) {
+    reasons->push_back(Quoted(indirection, "\": Indirection file has changed."));
+  }
+}
+
+}  // namespace quillon
