@@ -1,0 +1,123 @@
+#include "cli/project_io.h"
+
+#include "cli/memory_stream.h"
+#include "interface/library_state.h"
+#include "platform/file_system.h"
+#include "platform/path.h"
+#include "quillon/quillon.h"
+
+namespace quillon::qpm {
+namespace {
+
+// qpm shows no IDE, so it has nothing to do with the library's change
+// notifications or host records.
+int QUILLON_CALL IgnoreChange(intptr_t, intptr_t, int) { return 0; }
+int QUILLON_CALL IgnoreHost(int, void*) { return 0; }
+
+Status CannotRead(const std::string& path, const std::string& why) {
+  return Status::Error("cannot read " + path + ": " + why);
+}
+
+// What _Transfer writes for one part.
+std::string TransferOut(int local) {
+  MemoryStream stream;
+  _Transfer(&stream, 1, local);
+  return stream.bytes();
+}
+
+Status WriteIfChanged(const std::string& path, const std::string& bytes) {
+  FileSystem& fs = FileSystem::Default();
+  std::string old;
+  if (fs.FileExists(path) && fs.ReadFile(path, &old).ok() && old == bytes) return Status::OK();
+  return fs.WriteFileAtomically(path, bytes);
+}
+
+}  // namespace
+
+Status ReadStoreFile(const std::string& path, const char* top_key, std::string* bytes,
+                     std::unique_ptr<CSettingsRegistry>* store) {
+  FileSystem& fs = FileSystem::Default();
+  if (fs.DirectoryExists(path)) return CannotRead(path, "it is a directory");
+  Status status = fs.ReadFile(path, bytes);
+  if (!status.ok()) return status;
+  // A reading store parses everything when built and keeps no hold on
+  // the stream afterwards.
+  MemoryByteStream stream(*bytes);
+  auto parsed = std::make_unique<CSettingsRegistry>(&stream, false);
+  if (parsed->LastError() != kRegOK) {
+    return CannotRead(path, CSettingsRegistry::ErrorText(parsed->LastError()));
+  }
+  if (top_key != nullptr && !parsed->HasKey(top_key)) {
+    return CannotRead(path, std::string(CSettingsRegistry::ErrorText(kRegKeyNotFound)) + " (\"" +
+                                top_key + "\")");
+  }
+  *store = std::move(parsed);
+  return Status::OK();
+}
+
+OpenProject::OpenProject(std::string path) : path_(std::move(path)) {}
+
+OpenProject::~OpenProject() { _DoneProjectData(); }
+
+void OpenProject::Begin() {
+  // Relative file names in the project resolve against the IRF file's
+  // directory, so the library gets the full path.
+  _Set_IRF_FileName(ExpandToFullPath(path_).c_str());
+  _InitProjectData(IgnoreChange, IgnoreHost);
+}
+
+Status OpenProject::Load() {
+  std::string shared, user;
+  std::unique_ptr<CSettingsRegistry> store;
+  // _Transfer reports nothing, so the files are checked here first.
+  Status status = ReadStoreFile(path_, "Project", &shared, &store);
+  if (!status.ok()) return status;
+  bool has_user = FileSystem::Default().FileExists(user_path());
+  if (has_user) {
+    status = ReadStoreFile(user_path(), "Project_Local", &user, &store);
+    if (!status.ok()) return status;
+  }
+  Begin();
+  MemoryStream shared_stream(shared);
+  _Transfer(&shared_stream, 0, 0);
+  if (!State().project) return CannotRead(path_, "the project's compiler type is not supported");
+  if (has_user) {
+    MemoryStream user_stream(user);
+    _Transfer(&user_stream, 0, 1);
+  }
+  return Status::OK();
+}
+
+Status OpenProject::CreateDefault(bool make_source_group) {
+  Begin();
+  _CreateDefaultProject(0, make_source_group ? 1 : 0);
+  return Status::OK();
+}
+
+Status OpenProject::Save() const {
+  std::string shared = TransferOut(0);
+  std::string user = TransferOut(1);
+  // The per-user part first: when it cannot be written, the project file
+  // has not been touched either.
+  Status status = WriteIfChanged(user_path(), user);
+  if (status.ok()) status = WriteIfChanged(path_, shared);
+  return status;
+}
+
+CProjectData& OpenProject::project() const { return *State().project; }
+
+Status EditProject(const std::string& path, const ProjectEdit& edit) {
+  OpenProject open(path);
+  Status status = open.Load();
+  if (status.ok()) status = edit(open.project());
+  if (status.ok()) status = open.Save();
+  return status;
+}
+
+Status ReadProject(const std::string& path, const ProjectEdit& read) {
+  OpenProject open(path);
+  Status status = open.Load();
+  return status.ok() ? read(open.project()) : status;
+}
+
+}  // namespace quillon::qpm

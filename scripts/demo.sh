@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Builds qpm in the release preset and uses it on the example project:
+# makes examples/blinky's project afresh with the example's own script (in a
+# scratch copy under build/release/demo), checks it against the committed
+# project, and shows it.
+#
+#   scripts/demo.sh
+set -euo pipefail
+
+. "$(dirname "$0")/lib.sh"
+cd "$QUILLON_ROOT"
+
+stage "packages"
+ensure_packages "${QUILLON_NATIVE_PACKAGES[@]}"
+
+stage "build (release)"
+# qpm is on by default; said again in case an earlier configure turned it off.
+cmake --preset release -DQUILLON_CLI=ON
+cmake --build --preset release -j 2 --target qpm
+
+qpm=$QUILLON_ROOT/build/release/cli/qpm
+demo=$QUILLON_ROOT/build/release/demo
+example=$demo/blinky
+
+stage "make the example project with qpm"
+rm -rf "$demo"
+mkdir -p "$demo"
+cp -R examples/blinky "$demo/"
+rm -f "$example/blinky.qpj" "$example/blinky.qpj.user"
+# The commands, as the script runs them.
+sed -n 's/^"\$qpm"/qpm/p' examples/blinky/make_project.sh | sed 's/"\$p"/blinky.qpj/'
+"$example/make_project.sh" "$qpm"
+for part in blinky.qpj blinky.qpj.user; do
+  if cmp -s "$example/$part" "examples/blinky/$part"; then
+    echo "$part: the same bytes as the committed examples/blinky/$part"
+  else
+    echo "$part: differs from the committed examples/blinky/$part" >&2
+    exit 1
+  fi
+done
+
+cd "$example"
+stage "qpm show blinky.qpj --all"
+"$qpm" show blinky.qpj --all
+
+stage "qpm store dump blinky.qpj.user (the per-user part)"
+"$qpm" store dump blinky.qpj.user

@@ -1,0 +1,173 @@
+// Failures: unreadable projects, refused edits and failed saves leave both
+// files as they were; usage errors answer 2.
+#include <gmock/gmock.h>
+
+#include "model/registry/settings_registry.h"
+#include "qpm_fixture.h"
+
+namespace quillon::qpm {
+namespace {
+
+using ::testing::HasSubstr;
+
+class FailureTest : public QpmTest {
+ protected:
+  void SetUp() override {
+    QpmTest::SetUp();
+    MakeProject();
+    shared_ = Bytes(dir_ / "p.qpj");
+    user_ = Bytes(dir_ / "p.qpj.user");
+  }
+  void ExpectUnchanged(const std::string& what) {
+    EXPECT_EQ(Bytes(dir_ / "p.qpj"), shared_) << what;
+    EXPECT_EQ(Bytes(dir_ / "p.qpj.user"), user_) << what;
+  }
+  std::string shared_;
+  std::string user_;
+};
+
+// Everything the exports would ignore silently is refused with a message
+// that names it, and nothing is written.
+TEST_F(FailureTest, RefusedCommandsSayWhyAndWriteNothing) {
+  struct Case {
+    std::vector<std::string> args;
+    const char* message;
+  };
+  const std::string p = "p.qpj";
+  const Case cases[] = {
+      {{"target", "add", p, "p - Debug"}, "target \"p - Debug\" already exists"},
+      {{"target", "add", p, ""}, "a target name cannot be empty"},
+      {{"target", "add", p, "X", "--copy-from", "Nope"}, "unknown target \"Nope\""},
+      {{"target", "delete", p, "Nope"}, "unknown target \"Nope\" (targets: \"p - Debug\")"},
+      {{"target", "default", p, "p - debug"}, "unknown target \"p - debug\""},
+      {{"target", "rename", p, "Nope", "X"}, "unknown target \"Nope\""},
+      {{"target", "rename", p, "p - Debug", ""}, "cannot be empty"},
+      {{"group", "add", p, "Startup"}, "link group \"Startup\" already exists"},
+      {{"group", "delete", p, "Nope"}, "unknown link group \"Nope\""},
+      {{"group", "move", p, "Source files", "up"}, "already first"},
+      {{"group", "move", p, "Startup", "down"}, "already last"},
+      {{"file", "add", p, "Startup", "x.c", "./x.c"}, "\"x.c\" is named twice"},
+      {{"file", "add", p, "Startup", "y.c", "a.c"}, "\"a.c\" is already in the project"},
+      {{"file", "add", p, "Nope", "z.c"}, "unknown link group \"Nope\""},
+      {{"file", "delete", p, "nope.c"}, "no file \"nope.c\""},
+      {{"file", "move", p, "nope.c", "Startup"}, "no file \"nope.c\""},
+      {{"file", "move", p, "a.c", "Nope"}, "unknown link group \"Nope\""},
+      {{"option", "set", p, "NoSuchKey", "1"}, "unknown option \"NoSuchKey\""},
+      {{"option", "get", p, "NoSuchKey"}, "unknown option \"NoSuchKey\""},
+      {{"option", "set", p, "ExternalMake", "often"}, "not a number"},
+      {{"option", "set", p, "ExternalMake", "1x"}, "not a number"},
+      {{"option", "set", p, "CRLF", "maybe"}, "not a flag"},
+      {{"option", "set", p, "TargetDirectory"}, "exactly one value"},
+      {{"option", "set", p, "TargetDirectory", "a", "b"}, "exactly one value"},
+      {{"option", "set", p, "IncludeSearchSubDirs", "1"}, "one flag per include path"},
+      {{"option", "set", p, "ExternalMake", "1", "--target", "p - Debug"},
+       "ExternalMake is a global option; it takes neither --target nor --file"},
+      {{"option", "get", p, "CmpCustomFilterName", "--file", "a.c"}, "is a filter option"},
+      {{"option", "set", p, "TargetDirectory", "o", "--file", "a.c"},
+       "TargetDirectory is a target option; it takes no --file"},
+      {{"option", "set", p, "TargetDirectory", "o", "--target", "Nope"}, "unknown target"},
+      {{"option", "set", p, "RunAssembler", "1", "--file", "nope.c"}, "no file \"nope.c\""},
+      {{"option", "set", p, "CRLF", "1", "--mode", "own"}, "--mode applies to file options only"},
+      {{"option", "set", p, "RunAssembler", "1", "--mode", "own"},
+       "--mode applies to a file's own value"},
+  };
+  for (const Case& c : cases) {
+    QpmResult result = Run(c.args);
+    EXPECT_EQ(result.code, 1) << c.message;
+    EXPECT_THAT(result.err, ::testing::StartsWith("qpm: "));
+    EXPECT_THAT(result.err, HasSubstr(c.message));
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    ExpectUnchanged(c.message);
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), {}), 5)
+      << "no temporary files left";
+}
+
+TEST_F(FailureTest, ACorruptedStoreIsReportedWithTheStoresOwnText) {
+  Write(dir_ / "p.qpj", "not a store at all");
+  shared_ = Bytes(dir_ / "p.qpj");
+  const std::vector<std::vector<std::string>> commands = {{"show", "p.qpj"},
+                                                          {"target", "add", "p.qpj", "X"}};
+  for (const auto& args : commands) {
+    QpmResult result = Run(args);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.err, "qpm: cannot read p.qpj: Invalid file format (not registry).\n");
+    ExpectUnchanged(args[0]);
+  }
+}
+
+TEST_F(FailureTest, ATruncatedPerUserPartFailsTheLoad) {
+  Write(dir_ / "p.qpj.user", user_.substr(0, user_.size() / 2));
+  user_ = Bytes(dir_ / "p.qpj.user");
+  QpmResult result = Run({"group", "add", "p.qpj", "More"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.err, HasSubstr("cannot read p.qpj.user: "));
+  ExpectUnchanged("truncated user part");
+}
+
+TEST_F(FailureTest, AStoreWithoutAProjectIsNotAProject) {
+  // A valid store, but of something else: the per-user part as the project.
+  Write(dir_ / "other.qpj", user_);
+  QpmResult result = Run({"show", "other.qpj"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err, std::string("qpm: cannot read other.qpj: ") +
+                            CSettingsRegistry::ErrorText(kRegKeyNotFound) + " (\"Project\")\n");
+}
+
+TEST_F(FailureTest, MissingFilesAreNamed) {
+  QpmResult result = Run({"show", "missing.qpj"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.err, HasSubstr("missing.qpj"));
+  EXPECT_EQ(Run({"show", "."}).code, 1);
+  EXPECT_FALSE(std::filesystem::exists(dir_ / "missing.qpj"));
+}
+
+TEST_F(FailureTest, AFailedSaveKeepsTheProjectFile) {
+  // The per-user part cannot be replaced by a file: the save fails before
+  // the project file is touched.
+  std::filesystem::remove(dir_ / "p.qpj.user");
+  std::filesystem::create_directory(dir_ / "p.qpj.user");
+  QpmResult result = Run({"group", "add", "p.qpj", "More"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.err, HasSubstr("p.qpj.user"));
+  EXPECT_EQ(Bytes(dir_ / "p.qpj"), shared_);
+}
+
+TEST_F(FailureTest, UnchangedPartsAreNotRewritten) {
+  auto time = std::filesystem::last_write_time(dir_ / "p.qpj.user");
+  std::filesystem::last_write_time(dir_ / "p.qpj.user", time - std::chrono::hours(1));
+  Ok({"group", "add", "p.qpj", "More"});
+  EXPECT_EQ(std::filesystem::last_write_time(dir_ / "p.qpj.user"), time - std::chrono::hours(1));
+  EXPECT_NE(Bytes(dir_ / "p.qpj"), shared_);
+}
+
+TEST_F(FailureTest, UsageErrorsAnswerTwoAndTouchNothing) {
+  const std::vector<std::vector<std::string>> usage = {
+      {},
+      {"frobnicate"},
+      {"target"},
+      {"target", "add", "p.qpj"},
+      {"show"},
+      {"show", "p.qpj", "extra"},
+      {"show", "p.qpj", "--colour"},
+      {"option", "set", "p.qpj", "CompilerOptions", "-O2"},
+      {"option", "set", "p.qpj", "RunAssembler", "1", "--mode", "always"},
+      {"option", "get", "p.qpj", "RunAssembler", "--mode", "own"},
+      {"group", "move", "p.qpj", "Startup"},
+  };
+  for (const auto& args : usage) {
+    QpmResult result = Run(args);
+    EXPECT_EQ(result.code, 2) << (args.empty() ? "(none)" : args[0]) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("--help"));
+  }
+  ExpectUnchanged("usage errors");
+}
+
+TEST_F(FailureTest, HelpIsNotAnError) {
+  QpmResult result = Run({"option", "set", "--help"});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_THAT(result.out, HasSubstr("qpm option set [OPTIONS] FILE KEY [VALUE...]"));
+}
+
+}  // namespace
+}  // namespace quillon::qpm

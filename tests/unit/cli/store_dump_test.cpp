@@ -1,0 +1,73 @@
+// qpm store dump: every node, its type, name and value, in stored order.
+#include <gmock/gmock.h>
+
+#include "model/registry/settings_registry.h"
+#include "qpm_fixture.h"
+
+namespace quillon::qpm {
+namespace {
+
+using ::testing::HasSubstr;
+
+// A store holding every value type, written by the store itself.
+std::string EveryTypeStore() {
+  MemoryByteStream stream;
+  {
+    CSettingsRegistry store(&stream, true);
+    store.WriteInt("Number", -7);
+    store.OpenKey("Outer\\Inner", true);
+    store.WriteString("Text", std::string("say \"hi\"\n\t\\ \x01\xe9", 14));
+    store.WriteStringList("List", {"a", ""});
+    store.WriteBuffer("Blob", std::string("\x00\x7f\xff", 3));
+    store.WriteWords("Words", {1, 4294967295u});
+    store.WriteInt64("Wide", 1, 2);
+    store.OpenKeyFromRoot("Outer", false);
+    store.WriteString("alpha", "first");
+    store.WriteStringList("Empty", {});
+  }
+  return stream.contents();
+}
+
+TEST_F(QpmTest, StoreDumpPrintsEveryNodeInStoredOrder) {
+  Write(dir_ / "s.bin", EveryTypeStore());
+  EXPECT_EQ(Ok({"store", "dump", "s.bin"}),
+            "key $\n"
+            "  int Number -7\n"
+            "  key Outer\n"
+            "    string alpha \"first\"\n"
+            "    list Empty []\n"
+            "    key Inner\n"
+            "      buffer Blob <00 7f ff>\n"
+            "      list List [\"a\", \"\"]\n"
+            "      string Text \"say \\\"hi\\\"\\n\\t\\\\ \\x01\\xe9\"\n"
+            "      int64 Wide 1 2\n"
+            "      words Words [1, 4294967295]\n");
+}
+
+TEST_F(QpmTest, StoreDumpShowsAProjectsLayout) {
+  MakeProject();
+  std::string dump = Ok({"store", "dump", "p.qpj"});
+  EXPECT_THAT(dump, HasSubstr("\n  key Project\n    int CompilerType 0\n"));
+  EXPECT_THAT(dump, HasSubstr("\n      key Target[0]\n"));
+  EXPECT_THAT(dump, HasSubstr("\n            string FileName \"a.c\"\n"));
+  EXPECT_THAT(Ok({"store", "dump", "p.qpj.user"}), HasSubstr("\n  key Project_Local\n"));
+}
+
+TEST_F(QpmTest, StoreDumpFailsWithTheStoresErrorText) {
+  std::string store = EveryTypeStore();
+  // Cut where whole records go missing (a value cut short still reads).
+  Write(dir_ / "cut.bin", store.substr(0, store.size() / 2));
+  Write(dir_ / "junk.bin", "ZYVEKSLO");
+  for (const char* name : {"cut.bin", "junk.bin"}) {
+    QpmResult result = Run({"store", "dump", name});
+    EXPECT_EQ(result.code, 1) << name;
+    EXPECT_EQ(result.out, "") << name;
+    EXPECT_THAT(result.err, ::testing::StartsWith(std::string("qpm: cannot read ") + name + ": "));
+  }
+  Write(dir_ / "future.bin", std::string("ZYVEKSLO\x09\x09", 10));
+  EXPECT_THAT(Run({"store", "dump", "future.bin"}).err,
+              HasSubstr(CSettingsRegistry::ErrorText(kRegInvalidVersion)));
+}
+
+}  // namespace
+}  // namespace quillon::qpm
