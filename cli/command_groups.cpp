@@ -9,11 +9,12 @@ void AddGroupCommands(Cli& cli);
 void AddFileCommands(Cli& cli);
 void AddOptionCommands(Cli& cli);
 void AddStoreCommands(Cli& cli);
+void AddDepsCommands(Cli& cli);   // deps, why
 
 void AddCommandGroups(Cli& cli) {
   // In the order `qpm --help` lists them.
   for (auto add : {AddProjectCommands, AddTargetCommands, AddGroupCommands, AddFileCommands,
-                   AddOptionCommands, AddStoreCommands}) {
+                   AddOptionCommands, AddDepsCommands, AddStoreCommands}) {
     add(cli);
   }
 }

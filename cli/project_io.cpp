@@ -1,5 +1,7 @@
 #include "cli/project_io.h"
 
+#include <cstdio>
+
 #include "cli/memory_stream.h"
 #include "interface/library_state.h"
 #include "platform/file_system.h"
@@ -9,10 +11,18 @@
 namespace quillon::qpm {
 namespace {
 
-// qpm shows no IDE, so it has nothing to do with the library's change
-// notifications or host records.
+// qpm shows no IDE: change notifications and progress mean nothing here,
+// but build messages (such as an include the scanner could not find) go
+// to standard error.
 int QUILLON_CALL IgnoreChange(intptr_t, intptr_t, int) { return 0; }
-int QUILLON_CALL IgnoreHost(int, void*) { return 0; }
+int QUILLON_CALL ShowBuildMessages(int code, void* record) {
+  if (code != HostOutput || record == nullptr) return 0;
+  const auto* output = static_cast<const OutputRecord*>(record);
+  if (output->channel == 0 && output->action == 21 && output->text != nullptr) {
+    std::fprintf(stderr, "%s\n", output->text);
+  }
+  return 0;
+}
 
 Status CannotRead(const std::string& path, const std::string& why) {
   return Status::Error("cannot read " + path + ": " + why);
@@ -63,7 +73,7 @@ void OpenProject::Begin() {
   // Relative file names in the project resolve against the IRF file's
   // directory, so the library gets the full path.
   _Set_IRF_FileName(ExpandToFullPath(path_).c_str());
-  _InitProjectData(IgnoreChange, IgnoreHost);
+  _InitProjectData(IgnoreChange, ShowBuildMessages);
 }
 
 Status OpenProject::Load() {
