@@ -1,0 +1,34 @@
+#include "deps/target_scan.h"
+
+#include "deps/scan_style.h"
+#include "model/project_data.h"
+#include "platform/path.h"
+
+namespace quillon {
+
+ScanRequest MakeScanRequest(const CProjectData& project, const CProjectTarget& target) {
+  ScanRequest request;
+  const CGlobalOptions& global = project.global_options();
+  const std::string compiler_exts = global.GetString(kCInpExtensions, 0);
+  const std::string assembler_exts = global.GetString(kAInpExtensions, 0);
+  request.file_count = static_cast<int>(target.files.size());
+  for (size_t i = 0; i < target.files.size(); ++i) {
+    const CProjectFile& file = *target.files[i];
+    if (project.IsExcludedFromBuild(file)) continue;
+    std::string path = project.FullNameOfFile(file.file_name());
+    ScanStyle style = ChooseScanStyle(path, compiler_exts, assembler_exts);
+    request.sources.push_back({std::move(path), style, static_cast<int>(i)});
+  }
+  for (const IncludePath& include : global.include_paths()) {
+    std::string dir(TrimBlanks(include.directory));
+    if (dir.empty()) continue;
+    request.include_paths.push_back({project.FullNameOfFile(dir), include.search_subdirs});
+  }
+  const IncludeKeywordOptions& keyword = global.include_keyword();
+  request.keywords = {keyword.valid, keyword.req_blanks, keyword.allow_blanks,
+                      keyword.keyword, keyword.start,    keyword.end};
+  request.indirection_file = project.IndirectionFile(target);
+  return request;
+}
+
+}  // namespace quillon

@@ -1,0 +1,154 @@
+// Directive recognition line by line, the line splitting, and the fast
+// directive scanner checked against the line-by-line rules.
+#include "deps/include_line.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+namespace {
+
+std::string IncludeName(std::string_view line, char directive = '#') {
+  const LineMatch match = MatchDirectiveLine(line, directive);
+  return match.kind == LineKind::kInclude ? std::string(match.name) : "<none>";
+}
+
+TEST(DirectiveLineTest, CStyleVariants) {
+  EXPECT_EQ(IncludeName("#include <a.h>"), "a.h");
+  EXPECT_EQ(IncludeName(" \t#  \tinclude \"dir/b.h\" // note"), "dir/b.h");
+  EXPECT_EQ(IncludeName("#include\"x.h\""), "x.h");
+  EXPECT_EQ(IncludeName("#include <mixed.h\""), "mixed.h");
+  EXPECT_EQ(IncludeName("#include_next <n.h>"), "n.h");  // only "include" is compared
+  EXPECT_EQ(IncludeName("#include <>"), "<none>");
+  EXPECT_EQ(IncludeName("#include <open.h"), "<none>");
+  EXPECT_EQ(IncludeName("#include plain.h"), "<none>");
+  EXPECT_EQ(IncludeName("#define include <a.h>"), "<none>");
+  EXPECT_EQ(IncludeName("int x; #include <a.h>"), "<none>");
+  EXPECT_EQ(IncludeName("#include"), "<none>");
+  EXPECT_EQ(IncludeName("  #inc<a>"), "<none>");  // 8 bytes after the blanks
+  EXPECT_EQ(IncludeName("`include \"v.v\"", '`'), "v.v");
+  EXPECT_EQ(IncludeName("#include \"v.v\"", '`'), "<none>");
+}
+
+TEST(DirectiveLineTest, Marker) {
+  EXPECT_EQ(MatchDirectiveLine("//{{NO_DEPENDENCIES}}", '#').kind, LineKind::kNoDependencies);
+  EXPECT_EQ(MatchDirectiveLine("\t//{{NO_DEPENDENCIES}} trailing", '`').kind,
+            LineKind::kNoDependencies);
+  EXPECT_EQ(MatchDirectiveLine("//{{NO_DEPENDENCIES}", '#').kind, LineKind::kOther);
+  EXPECT_EQ(MatchDirectiveLine("// {{NO_DEPENDENCIES}}", '#').kind, LineKind::kOther);
+  EXPECT_EQ(MatchDirectiveLine("x //{{NO_DEPENDENCIES}}", '#').kind, LineKind::kOther);
+}
+
+TEST(KeywordLineTest, BlanksRules) {
+  IncludeKeywordSettings s;
+  s.valid = true;
+  s.keyword = "INCLUDE";
+  s.start = "'";
+  s.end = "'";
+  s.allow_blanks = true;
+  s.req_blanks = true;
+  EXPECT_EQ(MatchKeywordLine("  INCLUDE 'x.inc'", s), "x.inc");
+  EXPECT_EQ(MatchKeywordLine("INCLUDE 'x.inc'", s), "");  // a leading blank is required
+  s.allow_blanks = false;
+  EXPECT_EQ(MatchKeywordLine("  INCLUDE 'x.inc'", s), "");
+  s.req_blanks = false;
+  EXPECT_EQ(MatchKeywordLine("INCLUDE 'x.inc'", s), "x.inc");
+  EXPECT_EQ(MatchKeywordLine("include 'x.inc'", s), "");  // case matters
+  EXPECT_EQ(MatchKeywordLine("INCLUDEx.inc'", s), "");    // no start string
+  EXPECT_EQ(MatchKeywordLine("INCLUDE 'x.inc", s), "");   // no end string
+  EXPECT_EQ(MatchKeywordLine("INCLUDE ''", s), "");
+  EXPECT_EQ(MatchKeywordLine("INCLUDE '", s), "");  // start at the line's end
+}
+
+TEST(KeywordLineTest, StartAndEndStrings) {
+  IncludeKeywordSettings s;
+  s.valid = true;
+  s.req_blanks = false;
+  s.keyword = ".inc";
+  EXPECT_EQ(MatchKeywordLine(".inc   file.s  \t", s), "file.s");  // both empty
+  EXPECT_EQ(MatchKeywordLine(".inc", s), "");
+  EXPECT_EQ(MatchKeywordLine(".inc    ", s), "");
+  s.end = ";";
+  EXPECT_EQ(MatchKeywordLine(".inc a b ; comment", s), "a b");
+  s.start = "<<";
+  s.end = ">>";
+  // The name starts one byte after the start string's first byte.
+  EXPECT_EQ(MatchKeywordLine(".inc <<x>>", s), "<x");
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  LineReader reader(text.data(), text.size());
+  for (std::string_view line; reader.Next(&line);) lines.emplace_back(line);
+  return lines;
+}
+
+TEST(LineReaderTest, Endings) {
+  using V = std::vector<std::string>;
+  EXPECT_EQ(Lines(""), V{});
+  EXPECT_EQ(Lines("a"), V{"a"});
+  EXPECT_EQ(Lines("a\n"), V{"a"});
+  EXPECT_EQ(Lines("a\rb\nc\r\nd"), (V{"a", "b", "c", "d"}));
+  EXPECT_EQ(Lines("a\n\rb\r\r\n"), (V{"a", "", "b", ""}));
+  EXPECT_EQ(Lines("\n\n"), (V{"", ""}));
+}
+
+// The scanner must find exactly what the line rules find, at the same lines.
+std::pair<std::vector<std::pair<std::string, int>>, bool> ByLines(const std::string& text,
+                                                                  char directive) {
+  std::vector<std::pair<std::string, int>> found;
+  LineReader reader(text.data(), text.size());
+  int number = 1;
+  for (std::string_view line; reader.Next(&line); ++number) {
+    const LineMatch match = MatchDirectiveLine(line, directive);
+    if (match.kind == LineKind::kNoDependencies) return {found, true};
+    if (match.kind == LineKind::kInclude) found.emplace_back(match.name, number);
+  }
+  return {found, false};
+}
+
+std::pair<std::vector<std::pair<std::string, int>>, bool> ByScanner(const std::string& text,
+                                                                    char directive) {
+  std::vector<std::pair<std::string, int>> found;
+  DirectiveScanner scanner(text.data(), text.size(), directive);
+  for (std::string_view name; scanner.Next(&name);) found.emplace_back(name, scanner.line());
+  return {found, scanner.has_marker()};
+}
+
+TEST(DirectiveScannerTest, AgreesWithLineRules) {
+  const char* pieces[] = {"#include <a.h>",
+                          "  # include \"b.h\"",
+                          "\t#include<c.h> x",
+                          "x #include <d.h>",
+                          "#inc <e>",
+                          "//{{NO_DEPENDENCIES}}",
+                          " //{{NO_DEPENDENCIES}}x",
+                          "/{{NO_DEPENDENCIES}}",
+                          "`include \"v.v\"",
+                          "#define A",
+                          "",
+                          " ",
+                          "#",
+                          "# include <f.h",
+                          "//"};
+  const char* endings[] = {"\n", "\r", "\r\n", "\n\r", ""};
+  std::mt19937 rng(12345);
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    const int lines = rng() % 12;
+    for (int i = 0; i < lines; ++i) {
+      text += pieces[rng() % std::size(pieces)];
+      text += endings[rng() % std::size(endings)];
+    }
+    for (char directive : {'#', '`'}) {
+      ASSERT_EQ(ByScanner(text, directive), ByLines(text, directive)) << "text: " << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillon
