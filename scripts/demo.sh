@@ -45,3 +45,20 @@ stage "qpm show blinky.qpj --all"
 
 stage "qpm store dump blinky.qpj.user (the per-user part)"
 "$qpm" store dump blinky.qpj.user
+
+stage "qpm deps blinky.qpj (unresolved includes are warned about on standard error)"
+"$qpm" deps blinky.qpj
+
+stage "qpm why blinky.qpj (nothing is built yet)"
+"$qpm" why blinky.qpj
+
+stage "qpm why blinky.qpj after pretending a build: objects and image newer than the sources"
+mkdir -p out/debug
+sleep 0.01
+for source in src/*.c startup/*.asm; do
+  name=$(basename "$source")
+  touch "out/debug/${name%.*}.OBJ"
+done
+echo image > out/debug/blinky.elf
+"$qpm" why blinky.qpj
+echo "(reasons left: the changed-options flags stay until a build clears them)"
