@@ -58,7 +58,7 @@ Status AddFiles(const FileArgs& args, CProjectData& project) {
   return Status::OK();
 }
 
-Status DeleteFile(const FileArgs& args, CProjectData& project) {
+Status DeleteFileCommand(const FileArgs& args, CProjectData& project) {
   CProjectFile* file = nullptr;
   Status status = FindProjectFile(project, args.path, &file);
   if (!status.ok()) return status;
@@ -68,7 +68,7 @@ Status DeleteFile(const FileArgs& args, CProjectData& project) {
   return Status::OK();
 }
 
-Status MoveFile(const FileArgs& args, CProjectData& project) {
+Status MoveFileCommand(const FileArgs& args, CProjectData& project) {
   CProjectFile* file = nullptr;
   CLinkGroup* group = nullptr;
   Status status = FindProjectFile(project, args.path, &file);
@@ -96,13 +96,13 @@ void AddFileCommands(Cli& cli) {
 
   auto del = std::make_shared<FileArgs>();
   command = AddProjectCommand<FileArgs>(cli, *group, "delete", "Delete a file from the project",
-                                        Access::kEdit, del, DeleteFile);
+                                        Access::kEdit, del, DeleteFileCommand);
   command->add_option("PATH", del->path, kPathHelp)->required();
 
   auto move = std::make_shared<FileArgs>();
   command = AddProjectCommand<FileArgs>(cli, *group, "move",
                                         "Move a file to the end of another link group",
-                                        Access::kEdit, move, MoveFile);
+                                        Access::kEdit, move, MoveFileCommand);
   command->add_option("PATH", move->path, kPathHelp)->required();
   command->add_option("GROUP", move->group, "the link group it moves to")->required();
 }

@@ -63,7 +63,7 @@ const char* FindTemplate(int number) {
 
 }  // namespace
 
-std::string CMessageTable::FormatMessage(int number, const char* arg1, const char* arg2,
+std::string CMessageTable::FormatNumbered(int number, const char* arg1, const char* arg2,
                                          const char* arg3) const {
   const char* text = FindTemplate(number);
   if (text == nullptr) return {};
@@ -82,7 +82,7 @@ std::string CMessageTable::FormatMessage(int number, const char* arg1, const cha
 void CMessageTable::ReportMessage(int number, const char* arg1, bool to_build_channel,
                                   const char* arg2, const char* arg3) {
   Send(to_build_channel ? kBuildChannel : kTranslatorChannel,
-       FormatMessage(number, arg1, arg2, arg3));
+       FormatNumbered(number, arg1, arg2, arg3));
 }
 
 std::string CMessageTable::FormatErrorListLine(int kind, std::string_view file, int number_a,

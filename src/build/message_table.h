@@ -33,7 +33,7 @@ class CMessageTable {
   // "Error [PMn]: " and the template with "#1#".."#3#" filled in. An argument
   // is used only when every argument before it was given; placeholders of
   // missing arguments stay. Unknown numbers give "".
-  std::string FormatMessage(int number, const char* arg1 = nullptr, const char* arg2 = nullptr,
+  std::string FormatNumbered(int number, const char* arg1 = nullptr, const char* arg2 = nullptr,
                             const char* arg3 = nullptr) const;
 
   // Formats and sends the message to the build channel or, without the flag,

@@ -39,7 +39,7 @@ int QUILLON_CALL _DeleteProjectFile(const char* fileName) {
     CProjectFile* file = first ? first->FindFile(fileName) : nullptr;
     std::string group = file ? file->group->name : std::string();
     project.target_set().dependencies_changed = true;
-    bool removed = project.DeleteFile(fileName);
+    bool removed = project.DeleteProjectFile(fileName);
     state.Scanner().SetReset();
     if (removed) state.Notify(ProjectChangeFileRemoved, fileName, group);
     return removed ? 1 : 0;

@@ -195,7 +195,7 @@ bool CProjectData::AddFile(const std::string& file_name, const std::string& grou
   return true;
 }
 
-bool CProjectData::DeleteFile(const std::string& file_name) {
+bool CProjectData::DeleteProjectFile(const std::string& file_name) {
   bool removed = false;
   for (const auto& target : target_set_->targets) {
     CProjectFile* file = target->FindFile(file_name);
@@ -229,7 +229,7 @@ bool CProjectData::ChangeFileGroup(const std::string& file_name, const std::stri
   return true;
 }
 
-bool CProjectData::MoveFile(const std::string& file_name, int delta) {
+bool CProjectData::MoveProjectFile(const std::string& file_name, int delta) {
   bool moved = false;
   for (const auto& target : target_set_->targets) {
     CProjectFile* file = target->FindFile(file_name);

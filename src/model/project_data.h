@@ -89,10 +89,10 @@ class CProjectData {
   // --- Files (in every target)
   // Empty group name: the first group of the first target.
   bool AddFile(const std::string& file_name, const std::string& group_name);
-  bool DeleteFile(const std::string& file_name);
+  bool DeleteProjectFile(const std::string& file_name);
   bool ChangeFileGroup(const std::string& file_name, const std::string& group_name);
   // Moves the file one place within its group, as MoveLinkGroup.
-  bool MoveFile(const std::string& file_name, int delta);
+  bool MoveProjectFile(const std::string& file_name, int delta);
   void DeleteAllFiles();
   bool IsFileInProject(const std::string& file_name, int flag) const;
 

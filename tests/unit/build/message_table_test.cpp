@@ -30,27 +30,27 @@ class MessageTableTest : public ::testing::Test {
 };
 
 TEST_F(MessageTableTest, FormatsNumberedTemplates) {
-  EXPECT_EQ(table_.FormatMessage(14, "a.c", "2"),
+  EXPECT_EQ(table_.FormatNumbered(14, "a.c", "2"),
             "Error [PM14]: Can't open file for reading. \"a.c\" (2)");
-  EXPECT_EQ(table_.FormatMessage(8), "Error [PM8]: There are no files in default target !");
-  EXPECT_EQ(table_.FormatMessage(9, "x.obj"),
+  EXPECT_EQ(table_.FormatNumbered(8), "Error [PM8]: There are no files in default target !");
+  EXPECT_EQ(table_.FormatNumbered(9, "x.obj"),
             "Error [PM9]: Output file x.obj was not generated. (not exist)");
-  EXPECT_EQ(table_.FormatMessage(0, "err.txt", "5"),
+  EXPECT_EQ(table_.FormatNumbered(0, "err.txt", "5"),
             "Error [PM0]: Can't open error output file \"err.txt\" (5). Error list will not be "
             "avaible.");
-  EXPECT_EQ(table_.FormatMessage(23, "pre.bat"),
+  EXPECT_EQ(table_.FormatNumbered(23, "pre.bat"),
             "Error [PM23]: Error running external program ... \"pre.bat\"");
-  EXPECT_EQ(table_.FormatMessage(24, "x"), "");
-  EXPECT_EQ(table_.FormatMessage(-1), "");
+  EXPECT_EQ(table_.FormatNumbered(24, "x"), "");
+  EXPECT_EQ(table_.FormatNumbered(-1), "");
 }
 
 TEST_F(MessageTableTest, ArgumentsAreUsedOnlyInOrder) {
   // Without the first argument the second is not looked at.
-  EXPECT_EQ(table_.FormatMessage(14, nullptr, "2"),
+  EXPECT_EQ(table_.FormatNumbered(14, nullptr, "2"),
             "Error [PM14]: Can't open file for reading. \"#1#\" (#2#)");
-  EXPECT_EQ(table_.FormatMessage(14, "a.c"),
+  EXPECT_EQ(table_.FormatNumbered(14, "a.c"),
             "Error [PM14]: Can't open file for reading. \"a.c\" (#2#)");
-  EXPECT_EQ(table_.FormatMessage(21, "#1#x"), "Error [PM21]: #1#x: (Not up to date.)");
+  EXPECT_EQ(table_.FormatNumbered(21, "#1#x"), "Error [PM21]: #1#x: (Not up to date.)");
 }
 
 TEST_F(MessageTableTest, ReportChoosesChannel) {

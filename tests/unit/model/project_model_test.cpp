@@ -108,13 +108,13 @@ TEST_F(ProjectModelTest, DeleteAndMoveActInEveryTarget) {
   EXPECT_FALSE(project.ChangeFileGroup("a.c", "missing"));
   EXPECT_TRUE(project.MoveLinkGroup("g2", -1));
   EXPECT_FALSE(project.MoveLinkGroup("g2", -1));  // already first
-  EXPECT_TRUE(project.MoveFile("a.c", -1));
+  EXPECT_TRUE(project.MoveProjectFile("a.c", -1));
   for (const auto& target : project.target_set().targets) {
     EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g2", "g1"}));
     EXPECT_EQ(FileNames(*target), (std::vector<std::string>{"a.c", "c.c", "b.c"}));
   }
   EXPECT_TRUE(project.DeleteLinkGroup("g2"));
-  EXPECT_TRUE(project.DeleteFile("b.c"));
+  EXPECT_TRUE(project.DeleteProjectFile("b.c"));
   for (const auto& target : project.target_set().targets) {
     EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g1"}));
     EXPECT_TRUE(target->files.empty());

@@ -1,0 +1,414 @@
+// Drives the built library through its exports as the IDE does: bound by
+// name at run time, with recording callbacks, on a project under a temporary
+// directory. Runs natively against the shared object and, under Wine,
+// against the 64-bit DLL.
+//
+//   host_test [gtest flags] [--verbose] [library path]
+//
+// --verbose prints every notification and output record as it arrives.
+#include <stdio.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "gmock/gmock.h"
+#include "gtest/gtest.h"
+#include "host_library.h"
+#include "host_recorder.h"
+#include "memory_stream.h"
+
+namespace quillon {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::Field;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+#ifdef _WIN32
+// Found beside the test program, where the build puts both.
+const char* const kDefaultLibrary = "quillon.dll";
+#else
+const char* const kDefaultLibrary = "libquillon.so";
+#endif
+
+const char* const kSentinel = "untouched";
+
+// What the library answered before the first _InitProjectData of the process.
+struct BeforeInit {
+  int inProgress = 0;
+  int targetCount = 0;
+  std::string targetName;
+};
+
+BeforeInit& StateBeforeInit() {
+  static BeforeInit state;
+  return state;
+}
+
+std::string Native(const std::filesystem::path& path) { return path.string(); }
+
+// One directory per run, so that runs of several builds at once keep apart.
+const std::filesystem::path& ProjectDir() {
+  static const std::filesystem::path dir =
+      std::filesystem::temp_directory_path() /
+      ("quillon-host-" + std::to_string(std::random_device()()));
+  return dir;
+}
+
+class HostTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_THAT(Q().missing, IsEmpty()) << "exports missing; scenarios need all of them";
+    Q().Set_IRF_FileName(Native(ProjectDir() / "demo.irf").c_str());
+    Q().InitProjectData(RecordChange, RecordHost);
+    TakeNotes();
+    TakeOutputs();
+  }
+
+  void TearDown() override {
+    if (Q().missing.empty()) Q().DoneProjectData();
+  }
+
+  static HostLibrary& Q() { return Quillon(); }
+
+  // The default project of the IDE's "new project": target "demo - Debug"
+  // with the group "Source files".
+  void CreateDemo() {
+    Q().CreateDefaultProject(0, 1);
+    TakeNotes();
+  }
+
+  void AddFiles(const std::string& group, const std::vector<std::string>& files) {
+    for (const std::string& file : files) Q().AddProjectFile(file.c_str(), group.c_str());
+    TakeNotes();
+  }
+
+  // Each enumeration walks its index up to the count that the first call
+  // returns, and checks that every call returns that same count.
+  template <typename Query>
+  std::vector<std::string> Enumerate(Query query) {
+    std::vector<std::string> names;
+    std::string name;
+    int count = query(&name, 0);
+    for (int i = 0; i < count; ++i) {
+      EXPECT_EQ(query(&name, i), count) << "index " << i;
+      names.push_back(name);
+    }
+    return names;
+  }
+
+  std::vector<std::string> Targets() {
+    return Enumerate([](std::string* s, int i) { return Q().GetTargetName(s, i); });
+  }
+  std::vector<std::string> Groups(const std::string& target) {
+    return Enumerate(
+        [&](std::string* s, int i) { return Q().GetLinkGroupName(s, i, target.c_str()); });
+  }
+  std::vector<std::string> Files(const std::string& target, const std::string& group) {
+    return Enumerate([&](std::string* s, int i) {
+      return Q().GetProjectFileNameByGroup(s, i, target.c_str(), group.c_str());
+    });
+  }
+  std::vector<std::string> FirstTargetFiles() {
+    return Enumerate([](std::string* s, int i) { return Q().GetProjectFileName(s, i); });
+  }
+  std::string DefaultTarget() {
+    std::string name = kSentinel;
+    Q().GetDefaultTargetName(&name);
+    return name;
+  }
+};
+
+TEST(HostLibrary, BindsEveryExportByName) { EXPECT_THAT(Quillon().missing, IsEmpty()); }
+
+TEST(HostLibrary, AnswersNoProjectBeforeInit) {
+  EXPECT_EQ(StateBeforeInit().inProgress, MakeStateNoProject);
+  EXPECT_EQ(StateBeforeInit().targetCount, -1);
+  EXPECT_EQ(StateBeforeInit().targetName, kSentinel);
+}
+
+TEST_F(HostTest, FreshProjectIsEmpty) {
+  EXPECT_THAT(Targets(), IsEmpty());
+  EXPECT_THAT(FirstTargetFiles(), IsEmpty());
+  EXPECT_EQ(DefaultTarget(), "");
+  EXPECT_EQ(Q().WhatIsInProgress(), MakeStateIdle);
+  EXPECT_EQ(Q().OnNewProject(), 0) << "no default target";
+  std::string out = kSentinel;
+  Q().GetDirectory(0, &out);
+  EXPECT_EQ(out, "");
+  out = kSentinel;
+  Q().GetFile(0, &out);
+  EXPECT_EQ(out, "");
+  EXPECT_THAT(TakeNotes(), IsEmpty());
+}
+
+TEST_F(HostTest, DefaultProjectIsNamedAfterTheIrfFile) {
+  Q().CreateDefaultProject(0, 1);
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(),
+                                       Named(ProjectChangeGroupAdded, "Source files", ""), End()));
+  EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
+  EXPECT_EQ(DefaultTarget(), "demo - Debug");
+  EXPECT_THAT(Groups("demo - Debug"), ElementsAre("Source files"));
+  EXPECT_EQ(Q().OnNewProject(), 1) << "a target without files is up to date";
+}
+
+TEST_F(HostTest, DefaultProjectWithoutSourceGroup) {
+  Q().CreateDefaultProject(0, 0);
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
+  EXPECT_THAT(Groups("demo - Debug"), IsEmpty());
+}
+
+TEST_F(HostTest, EditsReachEveryTargetAndNotifyTheHost) {
+  CreateDemo();
+  Q().AddTarget("Release");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
+  Q().AddLinkGroup("Lib");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeGroupAdded, "Lib", ""), End()));
+  std::string util = Native(ProjectDir() / "lib" / "util.c");
+  Q().AddProjectFile(util.c_str(), "Lib");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeFileAdded, util, "Lib"), End()));
+  Q().AddProjectFile("main.c", "");
+  EXPECT_THAT(TakeNotes(),
+              ElementsAre(Begin(), Named(ProjectChangeFileAdded, "main.c", ""), End()));
+
+  for (const char* target : {"demo - Debug", "Release"}) {
+    SCOPED_TRACE(target);
+    EXPECT_THAT(Groups(target), ElementsAre("Source files", "Lib"));
+    EXPECT_THAT(Files(target, "Lib"), ElementsAre("util.c"));
+    EXPECT_THAT(Files(target, "Source files"), ElementsAre("main.c"));
+  }
+  EXPECT_NE(Q().IsFileInProject(util.c_str(), 0), 0);
+  int kind = -2, value = -2;
+  EXPECT_EQ(Q().GetProjectFileInfo(util.c_str(), "Release", &kind, &value), 1);
+  EXPECT_EQ(Q().GetProjectFileInfo("absent.c", "Release", &kind, &value), 0);
+  std::string full;
+  EXPECT_EQ(Q().GetFullNameOfProjectFile(util.c_str(), &full, 0, 0), 1);
+  EXPECT_THAT(full, EndsWith("util.c"));
+}
+
+TEST_F(HostTest, DeletingALinkGroupReportsEachFileThenTheGroup) {
+  CreateDemo();
+  Q().AddLinkGroup("Lib");
+  std::vector<std::string> files;
+  for (const char* name : {"a.c", "b.c", "c.c"}) files.push_back(Native(ProjectDir() / name));
+  AddFiles("Lib", files);
+  AddFiles("Source files", {"main.c"});
+
+  Q().DeleteLinkGroup("Lib");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeFileRemoved, files[0], "Lib"),
+                                       Named(ProjectChangeFileRemoved, files[1], "Lib"),
+                                       Named(ProjectChangeFileRemoved, files[2], "Lib"),
+                                       Named(ProjectChangeGroupRemoved, "Lib", ""), End()));
+  EXPECT_THAT(Groups("demo - Debug"), ElementsAre("Source files"));
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c"));
+  EXPECT_EQ(Q().IsFileInProject(files[0].c_str(), 0), 0);
+}
+
+TEST_F(HostTest, DeletingAFileNamesItsGroup) {
+  CreateDemo();
+  AddFiles("Source files", {"main.c", "util.c"});
+  Q().DeleteProjectFile("main.c");
+  EXPECT_THAT(
+      TakeNotes(),
+      ElementsAre(Begin(), Named(ProjectChangeFileRemoved, "main.c", "Source files"), End()));
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("util.c"));
+}
+
+TEST_F(HostTest, MovingAFileNotifiesOnlyWhenItMoved) {
+  CreateDemo();
+  Q().AddTarget("Release");
+  Q().AddLinkGroup("Lib");
+  AddFiles("Source files", {"main.c"});
+
+  Q().ChangeProjectFileGroup("main.c", "Missing");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), End()));
+  EXPECT_THAT(Files("Release", "Source files"), ElementsAre("main.c"));
+
+  Q().ChangeProjectFileGroup("main.c", "Lib");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
+  EXPECT_THAT(Files("demo - Debug", "Lib"), ElementsAre("main.c"));
+  EXPECT_THAT(Files("Release", "Lib"), ElementsAre("main.c"));
+  EXPECT_THAT(Files("Release", "Source files"), IsEmpty());
+}
+
+TEST_F(HostTest, SetTargetChangesTheDefaultOnlyForAKnownName) {
+  CreateDemo();
+  Q().AddTarget("Release");
+  TakeNotes();
+  EXPECT_EQ(Q().SetTarget("Release"), 1);
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeReloaded, "", ""), End()));
+  EXPECT_EQ(DefaultTarget(), "Release");
+
+  EXPECT_EQ(Q().SetTarget("Nope"), 0);
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), End()));
+  EXPECT_EQ(DefaultTarget(), "Release");
+}
+
+TEST_F(HostTest, FileListFollowsTheFirstTargetNotTheDefault) {
+  CreateDemo();
+  AddFiles("Source files", {"main.c", "util.c"});
+  Q().AddTarget("Release");
+  Q().SetTarget("Release");
+  TakeNotes();
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
+
+  Q().DeleteTarget("Release");
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
+  EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
+  EXPECT_NE(DefaultTarget(), "Release");
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
+}
+
+TEST_F(HostTest, QueriesPastTheEndLeaveTheOutStringAlone) {
+  CreateDemo();
+  AddFiles("Source files", {"main.c"});
+  std::string out = kSentinel;
+  EXPECT_EQ(Q().GetTargetName(&out, 1), -1);
+  EXPECT_EQ(Q().GetLinkGroupName(&out, 1, "demo - Debug"), -1);
+  EXPECT_EQ(Q().GetLinkGroupName(&out, 0, "Nope"), -1);
+  EXPECT_EQ(Q().GetProjectFileNameByGroup(&out, 1, "demo - Debug", "Source files"), -1);
+  EXPECT_EQ(Q().GetProjectFileName(&out, 1), -1);
+  EXPECT_EQ(Q().GetDependenciesFile(&out, 1000), -1);
+  EXPECT_EQ(out, kSentinel);
+}
+
+TEST_F(HostTest, FilesMaskEndsWithAllFiles) {
+  CreateDemo();
+  std::string filter, masks;
+  ASSERT_EQ(Q().GetFilesMask(0, &filter, &masks, '|'), 1);
+  EXPECT_THAT(filter, EndsWith("All files (*.*)|*.*||"));
+  std::string compiler, header, assembler, asmHeader;
+  Q().GetExt(&compiler, &header, &assembler, &asmHeader);
+  if (!compiler.empty()) {
+    EXPECT_THAT(filter, StartsWith("Compiler files (*."));
+    EXPECT_THAT(masks, StartsWith("*."));
+  }
+}
+
+TEST_F(HostTest, DependencyUpdateTellsTheHostFirst) {
+  CreateDemo();
+  Q().UpdateAllDependencies();
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeDependencies, "", ""), End()));
+  EXPECT_THAT(TakeOutputs(), ElementsAre(Output{0, 22, ""}));
+}
+
+TEST_F(HostTest, MakeWithoutFilesSaysSoAndBuildsNothing) {
+  CreateDemo();
+  Q().Make(MakeModeMake, nullptr);
+  std::vector<Output> outputs = TakeOutputs();
+  ASSERT_GE(outputs.size(), 3u);
+  EXPECT_EQ(outputs[0], (Output{1, 20, ""})) << "translator output cleared first";
+  EXPECT_EQ(outputs[1], (Output{0, 20, ""})) << "then the build messages";
+  EXPECT_THAT(outputs,
+              Contains(Field(&Output::text, HasSubstr("There are no files in default target !"))));
+  EXPECT_NE(Q().WhatIsInProgress(), MakeStateStarting);
+}
+
+// Real files on the real file system, so the scan reads through the OS.
+TEST_F(HostTest, DependencyQueriesAnswerFromTheScan) {
+  std::filesystem::path dir = ProjectDir() / "scan";
+  std::filesystem::create_directories(dir);
+  std::ofstream(dir / "main.c") << "#include \"util.h\"\nint main(void) { return 0; }\n";
+  std::ofstream(dir / "util.h") << "int util(void);\n";
+  std::string main = Native(dir / "main.c");
+  CreateDemo();
+  AddFiles("Source files", {main});
+
+  Q().UpdateAllDependencies();
+  std::string name = main;
+  ASSERT_EQ(Q().GetDependenciesFilesOfProjectFile(&name, 0), 1);
+  EXPECT_THAT(name, EndsWith("util.h"));
+  std::string dependency;
+  int count = Q().GetDependenciesFile(&dependency, 0);
+  EXPECT_GE(count, 1);
+  EXPECT_EQ(Q().GetDependenciesFile(&dependency, count), -1);
+  name = Native(dir / "util.h");
+  EXPECT_EQ(Q().GetFullNameOfRelativeIncludeFile(&name), 1) << "absolute and present";
+  EXPECT_EQ(Q().OnNewProject(), 0) << "main.c was never translated";
+}
+
+TEST_F(HostTest, SavedProjectLoadsBackEqual) {
+  CreateDemo();
+  Q().AddTarget("Release");
+  Q().AddLinkGroup("Lib");
+  AddFiles("Source files", {"main.c"});
+  AddFiles("Lib", {Native(ProjectDir() / "lib" / "util.c")});
+  Q().SetTarget("Release");
+  MemoryStream shared, user;
+  ASSERT_EQ(Q().Transfer(shared.get(), 1, 0), 1);
+  ASSERT_EQ(Q().Transfer(user.get(), 1, 1), 1);
+  EXPECT_GT(shared.Size(), 0u);
+  EXPECT_GT(user.Size(), 0u);
+  TakeNotes();
+
+  Q().DoneProjectData();
+  Q().InitProjectData(RecordChange, RecordHost);
+  shared.Rewind();
+  user.Rewind();
+  ASSERT_EQ(Q().Transfer(shared.get(), 0, 0), 1);
+  ASSERT_EQ(Q().Transfer(user.get(), 0, 1), 1);
+  EXPECT_THAT(TakeNotes(), ElementsAre(Named(ProjectChangeReloaded, "", ""),
+                                       Named(ProjectChangeReloaded, "", "")));
+  EXPECT_THAT(Targets(), ElementsAre("demo - Debug", "Release"));
+  EXPECT_EQ(DefaultTarget(), "Release");
+  EXPECT_THAT(Groups("Release"), ElementsAre("Source files", "Lib"));
+  EXPECT_THAT(Files("Release", "Lib"), ElementsAre("util.c"));
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
+}
+
+TEST_F(HostTest, AfterDoneEveryQueryAnswersNoProject) {
+  CreateDemo();
+  AddFiles("Source files", {"main.c"});
+  Q().DoneProjectData();
+  std::string out = kSentinel, second;
+  int kind = 0, value = 0;
+  EXPECT_EQ(Q().WhatIsInProgress(), MakeStateNoProject);
+  EXPECT_EQ(Q().GetTargetName(&out, 0), -1);
+  EXPECT_EQ(Q().GetProjectFileName(&out, 0), -1);
+  EXPECT_EQ(Q().GetLinkGroupName(&out, 0, "demo - Debug"), -1);
+  EXPECT_EQ(Q().GetFullNameOfProjectFile("main.c", &out, 0, 0), 0);
+  EXPECT_EQ(Q().GetProjectFileInfo("main.c", "demo - Debug", &kind, &value), -1);
+  EXPECT_EQ(Q().IsFileInProject("main.c", 0), 0);
+  EXPECT_EQ(Q().GetFilesMask(0, &out, &second, '|'), 0);
+  EXPECT_EQ(Q().OnNewProject(), 0);
+  EXPECT_EQ(Q().Save(0), 0);
+  EXPECT_EQ(out, kSentinel);
+  EXPECT_THAT(TakeNotes(), IsEmpty());
+  Q().InitProjectData(RecordChange, RecordHost);  // for TearDown
+}
+
+}  // namespace
+}  // namespace quillon
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  std::string path = quillon::kDefaultLibrary;
+  for (int i = 1; i < argc; ++i) {
+    if (std::string(argv[i]) == "--verbose") {
+      quillon::SetNarrating(true);
+    } else {
+      path = argv[i];
+    }
+  }
+  std::string error;
+  quillon::HostLibrary& lib = quillon::Quillon();
+  if (!quillon::LoadHostLibrary(path, &lib, &error)) {
+    fprintf(stderr, "cannot load %s: %s\n", path.c_str(), error.c_str());
+    return 1;
+  }
+  quillon::BeforeInit& before = quillon::StateBeforeInit();
+  before.targetName = quillon::kSentinel;
+  if (lib.WhatIsInProgress != nullptr) before.inProgress = lib.WhatIsInProgress();
+  if (lib.GetTargetName != nullptr) before.targetCount = lib.GetTargetName(&before.targetName, 0);
+  int result = RUN_ALL_TESTS();
+  std::error_code ignored;
+  std::filesystem::remove_all(quillon::ProjectDir(), ignored);
+  return result;
+}
