@@ -54,6 +54,7 @@ class CDependencyNode {
   bool no_dependencies_ = false;
   const bool is_root_;
   bool referenced_ = false;  // scratch of the pruning pass
+  mutable uint32_t order_ = 0;  // scratch of NewestTimesOfRoots: position in its set
 };
 
 }  // namespace quillon

@@ -58,6 +58,13 @@ class CDependencyScanner {
   // already visited since the flags were cleared, or one carrying the
   // no-dependencies marker, answers false.
   bool IsNewer(const CDependencyNode* node, FileTime time);
+  // Per root (as RootAt orders them), the newest time of the root and every
+  // file it depends on, nodes carrying the no-dependencies marker left out
+  // as IsNewer leaves them out; the lowest FileTime when nothing counts.
+  // IsNewer(RootAt(i), time) with the all-nodes flags cleared answers
+  // result[i] > time. One pass over the graph, where asking IsNewer of every
+  // root walks the sum of all the roots' closures.
+  std::vector<FileTime> NewestTimesOfRoots() const;
 
   DependencyGraphSnapshot Snapshot() const;
   // Replaces the graph. False, with the graph left empty, when a dependency

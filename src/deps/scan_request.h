@@ -8,21 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "model/include_keyword.h"
+
 namespace quillon {
 
 // kNone: neither a compiler nor an assembler source; such a file gets no
 // node and is only compared with the indirection file.
 enum class ScanStyle { kNone, kC, kVerilog, kKeyword };
-
-// The Includes page of the project settings (DF_Valid, DF_ReqBlanks, ...).
-struct IncludeKeywordSettings {
-  bool valid = false;
-  bool req_blanks = true;
-  bool allow_blanks = true;
-  std::string keyword;
-  std::string start;
-  std::string end;
-};
 
 struct IncludeSearchPath {
   std::string directory;  // a full path

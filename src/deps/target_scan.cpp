@@ -24,9 +24,7 @@ ScanRequest MakeScanRequest(const CProjectData& project, const CProjectTarget& t
     if (dir.empty()) continue;
     request.include_paths.push_back({project.FullNameOfFile(dir), include.search_subdirs});
   }
-  const IncludeKeywordOptions& keyword = global.include_keyword();
-  request.keywords = {keyword.valid, keyword.req_blanks, keyword.allow_blanks,
-                      keyword.keyword, keyword.start,    keyword.end};
+  request.keywords = global.include_keyword();
   request.indirection_file = project.IndirectionFile(target);
   return request;
 }

@@ -24,7 +24,7 @@ bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
                                         std::vector<std::string>* reasons,
                                         ScanObserver* observer) {
   scanner_.Update(MakeScanRequest(project_, target_), observer);
-  scanner_.ClearVisited();
+  const std::vector<FileTime> newest = scanner_.NewestTimesOfRoots();
   files->clear();
 
   std::unordered_map<std::string, CProjectFile*> by_path;
@@ -41,7 +41,6 @@ bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
 
   for (size_t i = 0; i < scanner_.root_count(); ++i) {
     const CDependencyNode* root = scanner_.RootAt(i);
-    scanner_.ClearVisitedOfNodes();
     auto found = by_path.find(PathKey(root->name()));
     if (found == by_path.end() || project_.IsExcludedFromBuild(*found->second)) continue;
     CProjectFile* file = found->second;
@@ -53,7 +52,7 @@ bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
     FileInfo info = StatOnce(output);
     if (!info.exists()) {
       list(file, Quoted(NameAndExtOfFile(output), "' does not exist."));
-    } else if (scanner_.IsNewer(root, info.time)) {
+    } else if (newest[i] > info.time) {
       list(file, Quoted(NameAndExtOfFile(output), "' is not up to date."));
     }
   }

@@ -114,7 +114,7 @@ void CGlobalOptions::SetDefault(int) {
   strings_[kAHeaderExtension] = "INC";
   include_paths_.clear();
   environment_.clear();
-  keyword_ = IncludeKeywordOptions();
+  keyword_ = IncludeKeywordSettings();
 }
 
 int CGlobalOptions::Load(CSettingsRegistry& store, TransferPass pass) {

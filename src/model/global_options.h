@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "model/include_keyword.h"
 #include "model/option_set.h"
 
 namespace quillon {
@@ -72,15 +73,6 @@ struct IncludePath {
   bool operator==(const IncludePath&) const = default;
 };
 
-struct IncludeKeywordOptions {
-  bool valid = false;
-  bool req_blanks = true;
-  bool allow_blanks = true;
-  std::string keyword;
-  std::string start;
-  std::string end;
-  bool operator==(const IncludeKeywordOptions&) const = default;
-};
 
 class CGlobalOptions : public COptionSet {
  public:
@@ -100,8 +92,8 @@ class CGlobalOptions : public COptionSet {
 
   std::vector<IncludePath>& include_paths() { return include_paths_; }
   const std::vector<IncludePath>& include_paths() const { return include_paths_; }
-  IncludeKeywordOptions& include_keyword() { return keyword_; }
-  const IncludeKeywordOptions& include_keyword() const { return keyword_; }
+  IncludeKeywordSettings& include_keyword() { return keyword_; }
+  const IncludeKeywordSettings& include_keyword() const { return keyword_; }
 
   static const char* IntKey(int id);
   static const char* StringKey(int id);
@@ -111,7 +103,7 @@ class CGlobalOptions : public COptionSet {
   std::array<std::string, kGlobalStringCount> strings_;
   std::vector<IncludePath> include_paths_;
   std::vector<std::string> environment_;
-  IncludeKeywordOptions keyword_;
+  IncludeKeywordSettings keyword_;
 };
 
 }  // namespace quillon

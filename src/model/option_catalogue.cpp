@@ -76,10 +76,10 @@ COptionSet& FileSet(const OptionScope& scope) {
   return scope.project->file_default_options();
 }
 
-bool* KeywordFlag(IncludeKeywordOptions& k, int id) {
+bool* KeywordFlag(IncludeKeywordSettings& k, int id) {
   return id == 0 ? &k.valid : id == 1 ? &k.req_blanks : &k.allow_blanks;
 }
-std::string* KeywordString(IncludeKeywordOptions& k, int id) {
+std::string* KeywordString(IncludeKeywordSettings& k, int id) {
   return id == 0 ? &k.keyword : id == 1 ? &k.start : &k.end;
 }
 bool* FilterFlag(CFilterSelection& s, int id) {

@@ -4,29 +4,19 @@
 
 #include "deps/dependency_cache_file.h"
 #include "support/fake_file_system.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
 
-std::string P(std::string path) {
-  for (char& c : path) {
-    if (c == '/') c = kPathSeparator;
-  }
-#ifdef _WIN32
-  return "C:" + path;
-#else
-  return path;
-#endif
-}
-
 class DependencyCacheFileTest : public ::testing::Test {
  protected:
   DependencyCacheFileTest() {
-    fs.Create(P("/p/main.c"), "#include \"a.h\"\n#include \"gone.h\"\n");
-    fs.Create(P("/p/b.c"), "//{{NO_DEPENDENCIES}}\n");
-    fs.Create(P("/p/a.h"), "#include \"b.h\"\n");
-    fs.Create(P("/p/b.h"), "#include \"a.h\"\n");
-    request.sources = {{P("/p/main.c"), ScanStyle::kC, 0}, {P("/p/b.c"), ScanStyle::kC, 1}};
+    fs.Create(Rooted("/p/main.c"), "#include \"a.h\"\n#include \"gone.h\"\n");
+    fs.Create(Rooted("/p/b.c"), "//{{NO_DEPENDENCIES}}\n");
+    fs.Create(Rooted("/p/a.h"), "#include \"b.h\"\n");
+    fs.Create(Rooted("/p/b.h"), "#include \"a.h\"\n");
+    request.sources = {{Rooted("/p/main.c"), ScanStyle::kC, 0}, {Rooted("/p/b.c"), ScanStyle::kC, 1}};
     CDependencyScanner scanner(fs);
     scanner.Update(request, nullptr);
     bytes = EncodeDependencyCache(scanner, "demo.qpj", ScanSettingsFingerprint(request));
@@ -61,15 +51,15 @@ TEST_F(DependencyCacheFileTest, GraphComesBackAndIsNotScannedAgain) {
   fs.ClearRecords();
   restored.Update(request, nullptr);
   EXPECT_TRUE(fs.files_mapped().empty());
-  ASSERT_NE(restored.FindRoot(P("/p/b.c")), nullptr);
-  EXPECT_TRUE(restored.FindRoot(P("/p/b.c"))->no_dependencies());
+  ASSERT_NE(restored.FindRoot(Rooted("/p/b.c")), nullptr);
+  EXPECT_TRUE(restored.FindRoot(Rooted("/p/b.c"))->no_dependencies());
 }
 
 TEST_F(DependencyCacheFileTest, ACacheThatDoesNotFitIsRefused) {
   CDependencyScanner scanner(fs);
   std::string settings = ScanSettingsFingerprint(request);
   EXPECT_FALSE(DecodeDependencyCache(bytes, "other.qpj", settings, &scanner));
-  request.include_paths.push_back({P("/p/inc"), false});
+  request.include_paths.push_back({Rooted("/p/inc"), false});
   EXPECT_FALSE(DecodeDependencyCache(bytes, "demo.qpj", ScanSettingsFingerprint(request), &scanner));
   EXPECT_FALSE(DecodeDependencyCache("", "demo.qpj", settings, &scanner));
   // Every truncation and every single-byte change is either refused or

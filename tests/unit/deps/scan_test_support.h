@@ -8,13 +8,12 @@
 
 #include "deps/scan_request.h"
 #include "platform/path.h"
+#include "support/native_path.h"
 
 namespace quillon {
 
 // "p/x" as a full native path, on drive C: on Windows.
-inline std::string P(const std::string& relative) {
-  return NormalizePath((kPathsIgnoreCase ? "C:/" : "/") + relative);
-}
+inline std::string P(const std::string& relative) { return Rooted("/" + relative); }
 
 struct ScanWarning {
   std::string file;

@@ -6,28 +6,17 @@
 #include "deps/up_to_date.h"
 #include "model/project_data.h"
 #include "support/fake_file_system.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
 
-// "/p/x" in native form, with a drive on Windows.
-std::string P(std::string path) {
-  for (char& c : path) {
-    if (c == '/') c = kPathSeparator;
-  }
-#ifdef _WIN32
-  return "C:" + path;
-#else
-  return path;
-#endif
-}
-
 class UpToDateTest : public ::testing::Test {
  protected:
   UpToDateTest() : scanner(fs) {
-    fs.set_current_directory(P("/p"));
+    fs.set_current_directory(Rooted("/p"));
     project.Initialise(0);
-    project.set_project_file(P("/p/demo.qpj"));
+    project.set_project_file(Rooted("/p/demo.qpj"));
     target = project.AddTarget("T", "");
     project.SetDefaultTarget(target);
     project.AddLinkGroup("g");
@@ -36,23 +25,23 @@ class UpToDateTest : public ::testing::Test {
     project.AddFile("start.asm", "g");
     project.global_options().include_paths().push_back({"inc", false});
 
-    fs.Create(P("/p/main.c"), "#include \"a.h\"\nint main;\n");
-    fs.Create(P("/p/util.c"), "#include <c.h>\n");
-    fs.Create(P("/p/start.asm"), "nop\n");
-    fs.Create(P("/p/inc/a.h"), "#include \"b.h\"\n");
-    fs.Create(P("/p/inc/b.h"), "#include \"c.h\"\n");
-    fs.Create(P("/p/inc/c.h"), "// leaf\n");
+    fs.Create(Rooted("/p/main.c"), "#include \"a.h\"\nint main;\n");
+    fs.Create(Rooted("/p/util.c"), "#include <c.h>\n");
+    fs.Create(Rooted("/p/start.asm"), "nop\n");
+    fs.Create(Rooted("/p/inc/a.h"), "#include \"b.h\"\n");
+    fs.Create(Rooted("/p/inc/b.h"), "#include \"c.h\"\n");
+    fs.Create(Rooted("/p/inc/c.h"), "// leaf\n");
     fs.Tick();
     BuildAll();
   }
 
   // Objects and the link output, newer than every source.
   void BuildAll() {
-    fs.Create(P("/p/main.OBJ"), "o");
-    fs.Create(P("/p/util.OBJ"), "o");
-    fs.Create(P("/p/start.OBJ"), "o");
+    fs.Create(Rooted("/p/main.OBJ"), "o");
+    fs.Create(Rooted("/p/util.OBJ"), "o");
+    fs.Create(Rooted("/p/start.OBJ"), "o");
     fs.Tick();
-    fs.Create(P("/p/demo"), "image");
+    fs.Create(Rooted("/p/demo"), "image");
     fs.Tick();
   }
 
@@ -88,46 +77,46 @@ TEST_F(UpToDateTest, BuiltProjectNeedsNothing) {
 }
 
 TEST_F(UpToDateTest, ObjectWithTheSourcesOwnTimeIsUpToDate) {
-  FileTime source_time = fs.Stat(P("/p/main.c")).time;
-  fs.SetFileTime(P("/p/inc/a.h"), source_time);
-  fs.SetFileTime(P("/p/inc/b.h"), source_time);
-  fs.SetFileTime(P("/p/inc/c.h"), source_time);
-  fs.SetFileTime(P("/p/main.OBJ"), source_time);
+  FileTime source_time = fs.Stat(Rooted("/p/main.c")).time;
+  fs.SetFileTime(Rooted("/p/inc/a.h"), source_time);
+  fs.SetFileTime(Rooted("/p/inc/b.h"), source_time);
+  fs.SetFileTime(Rooted("/p/inc/c.h"), source_time);
+  fs.SetFileTime(Rooted("/p/main.OBJ"), source_time);
   EXPECT_TRUE(FilesToTranslate().empty());
-  fs.SetFileTime(P("/p/main.OBJ"), source_time - 1);
+  fs.SetFileTime(Rooted("/p/main.OBJ"), source_time - 1);
   EXPECT_EQ(FilesToTranslate(), (std::vector<std::string>{"main.c"}));
 }
 
 TEST_F(UpToDateTest, HeaderTouchedDeepInTheChainRebuildsEveryIncluder) {
   FilesToTranslate();  // warm graph
-  fs.Create(P("/p/inc/c.h"), "// edited\n");
+  fs.Create(Rooted("/p/inc/c.h"), "// edited\n");
   EXPECT_EQ(Why(), (std::vector<std::string>{"'main.OBJ' is not up to date.",
                                              "'util.OBJ' is not up to date."}));
   EXPECT_FALSE(MustLink());
 }
 
 TEST_F(UpToDateTest, MissingObjectAndChangedOptions) {
-  fs.RemoveFile(P("/p/util.OBJ"));
+  fs.RemoveFile(Rooted("/p/util.OBJ"));
   target->files[0]->is_changed = true;
-  fs.RemoveFile(P("/p/main.OBJ"));
+  fs.RemoveFile(Rooted("/p/main.OBJ"));
   // Options changed wins over the missing object for the same file.
   EXPECT_EQ(Why(), (std::vector<std::string>{"'main.c': file options have changed.",
                                              "'util.OBJ' does not exist."}));
 }
 
 TEST_F(UpToDateTest, EmptyOrMissingLinkOutputMustBeLinked) {
-  fs.Create(P("/p/demo"), "");
+  fs.Create(Rooted("/p/demo"), "");
   EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + P("/p/demo") + "\" does not exist."}));
-  fs.RemoveFile(P("/p/demo"));
+  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/demo") + "\" does not exist."}));
+  fs.RemoveFile(Rooted("/p/demo"));
   EXPECT_TRUE(MustLink());
 }
 
 TEST_F(UpToDateTest, NewerObjectsGiveOneLinkReason) {
-  fs.Create(P("/p/main.OBJ"), "o2");
-  fs.Create(P("/p/util.OBJ"), "o2");
+  fs.Create(Rooted("/p/main.OBJ"), "o2");
+  fs.Create(Rooted("/p/util.OBJ"), "o2");
   EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + P("/p/demo") + "\" is not up to date."}));
+  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/demo") + "\" is not up to date."}));
 }
 
 TEST_F(UpToDateTest, LinkerOptionsAndIndirectionFile) {
@@ -137,22 +126,22 @@ TEST_F(UpToDateTest, LinkerOptionsAndIndirectionFile) {
   target->is_changed = false;
 
   target->target_options().SetString(kIndirectionFileId, " link.cmd ", 0);
-  fs.Create(P("/p/link.cmd"), "-o demo");
+  fs.Create(Rooted("/p/link.cmd"), "-o demo");
   EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + P("/p/link.cmd") +
+  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/link.cmd") +
                                              "\": Indirection file has changed."}));
 }
 
 TEST_F(UpToDateTest, ExcludedFilesAndMarkedFilesCountForNothing) {
-  fs.Create(P("/p/main.c"), "//{{NO_DEPENDENCIES}}\n#include \"a.h\"\n");
-  fs.Create(P("/p/util.c"), "int u;\n");
+  fs.Create(Rooted("/p/main.c"), "//{{NO_DEPENDENCIES}}\n#include \"a.h\"\n");
+  fs.Create(Rooted("/p/util.c"), "int u;\n");
   target->files[1]->options().SetInt(kExcludeFromMakeId, 1, Own);
   EXPECT_TRUE(FilesToTranslate().empty());
   EXPECT_FALSE(MustLink());
 }
 
 TEST_F(UpToDateTest, ReasonsAreAppendedNeverCleared) {
-  fs.RemoveFile(P("/p/start.OBJ"));
+  fs.RemoveFile(Rooted("/p/start.OBJ"));
   std::vector<std::string> reasons{"earlier"};
   UpToDateDecision decision(project, *target, scanner, fs);
   std::vector<CProjectFile*> files{target->files[0]};

@@ -8,6 +8,7 @@
 #include "quillon/quillon.h"
 #include "support/fake_ui_services.h"
 #include "support/memory_istream.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
@@ -49,13 +50,6 @@ std::vector<int> Codes() {
   std::vector<int> codes;
   for (const Notification& n : Notifications()) codes.push_back(n.code);
   return codes;
-}
-
-std::string Native(std::string path) {
-  for (char& c : path) {
-    if (c == '/') c = kPathSeparator;
-  }
-  return path;
 }
 
 class ExportsTest : public ::testing::Test {

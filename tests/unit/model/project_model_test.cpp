@@ -4,6 +4,7 @@
 
 #include "model/project_data.h"
 #include "platform/path.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
@@ -142,14 +143,6 @@ TEST_F(ProjectModelTest, FilesAreClassifiedByTheExtensionLists) {
   EXPECT_EQ(project.ClassifyFile("regs.inc"), kFileAssemblerHeader);
   EXPECT_EQ(project.ClassifyFile("lib.lib"), kFileLinkerInput);
   EXPECT_EQ(project.ClassifyFile("readme"), kFileOther);
-}
-
-// Expected paths are written with '/' and compared in native form.
-std::string Native(std::string path) {
-  for (char& c : path) {
-    if (c == '/') c = kPathSeparator;
-  }
-  return path;
 }
 
 TEST_F(ProjectModelTest, OutputNamesFollowTheTargetAndGlobalOptions) {

@@ -7,17 +7,10 @@
 #include <string>
 
 #include "platform/file_system.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
-
-std::string Native(std::string_view path) {
-  std::string out(path);
-  for (char& c : out) {
-    if (c == '/') c = kPathSeparator;
-  }
-  return out;
-}
 
 TEST(PathTest, SplitsNames) {
   struct Case {
