@@ -56,7 +56,7 @@ class ExportsTest : public ::testing::Test {
  protected:
   void SetUp() override {
     State().ui = &ui;
-    _Set_IRF_FileName(Native("/work/demo.irf").c_str());
+    _Set_IRF_FileName(Native("/proj/demo.irf").c_str());
     ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
     Notifications().clear();
     Outputs().clear();
@@ -78,37 +78,6 @@ class ExportsTest : public ::testing::Test {
 
   FakeUiServices ui;
 };
-
-TEST_F(ExportsTest, DefaultProjectIsNamedAfterTheIrfFile) {
-  _CreateDefaultProject(0, 1);
-  std::string name;
-  _GetDefaultTargetName(&name);
-  EXPECT_EQ(name, "demo - Debug");
-  EXPECT_EQ(Codes(), (std::vector<int>{7, 9, 2, 8}));
-  EXPECT_EQ(Notifications()[2], (Notification{2, "Source files", ""}));
-  EXPECT_EQ(_GetLinkGroupName(&name, 0, "demo - Debug"), 1);
-  EXPECT_EQ(name, "Source files");
-
-  Notifications().clear();
-  _CreateDefaultProject(0, 0);
-  EXPECT_EQ(Codes(), (std::vector<int>{7, 9, 8}));
-  EXPECT_EQ(_GetLinkGroupName(&name, 0, "demo - Debug"), -1);
-}
-
-TEST_F(ExportsTest, DeletingAGroupReportsEachFileThenTheGroup) {
-  BuildProject();
-  _DeleteLinkGroup("Source files");
-  std::string group = "Source files";
-  EXPECT_EQ(Notifications(),
-            (std::vector<Notification>{{7, "", ""},
-                                       {0, Native("/work/a.c"), group},
-                                       {0, Native("/work/b.c"), group},
-                                       {0, Native("/work/start.asm"), group},
-                                       {3, group, ""},
-                                       {8, "", ""}}));
-  std::string name;
-  EXPECT_EQ(_GetProjectFileName(&name, 0), -1);
-}
 
 TEST_F(ExportsTest, EditsSendTheirCodesInsideTheBracket) {
   BuildProject();
@@ -132,23 +101,6 @@ TEST_F(ExportsTest, EditsSendTheirCodesInsideTheBracket) {
                              }));
 }
 
-TEST_F(ExportsTest, EnumerationStopsAtTheCountAndLeavesTheOutAlone) {
-  BuildProject();
-  std::string name = "untouched";
-  EXPECT_EQ(_GetTargetName(&name, 1), 2);
-  EXPECT_EQ(name, "Release");
-  name = "untouched";
-  EXPECT_EQ(_GetTargetName(&name, 2), -1);
-  EXPECT_EQ(_GetTargetName(&name, -1), -1);
-  EXPECT_EQ(_GetLinkGroupName(&name, 1, "Release"), -1);
-  EXPECT_EQ(_GetLinkGroupName(&name, 0, "Nobody"), -1);
-  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 3, "Release", "Source files"), -1);
-  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 0, "Release", "Nobody"), -1);
-  EXPECT_EQ(name, "untouched");
-  EXPECT_EQ(_GetProjectFileNameByGroup(&name, 2, "Release", "Source files"), 3);
-  EXPECT_EQ(name, "start.asm");
-}
-
 TEST_F(ExportsTest, ProjectFilesComeFromTheFirstTargetWhateverTheDefault) {
   BuildProject();
   _SetTarget("Release");
@@ -162,25 +114,6 @@ TEST_F(ExportsTest, ProjectFilesComeFromTheFirstTargetWhateverTheDefault) {
   EXPECT_EQ(_GetProjectFileInfo("zzz.c", "Release", &kind, &value), 0);
   EXPECT_EQ(_IsFileInProject("b.c", 0), 1);
   EXPECT_EQ(_IsFileInProject("zzz.c", 0), 0);
-}
-
-TEST_F(ExportsTest, NoProjectAnswersAreTheFailureValues) {
-  _DoneProjectData();
-  EXPECT_EQ(_WhatIsInProgress(), MakeStateNoProject);
-  std::string out = "kept";
-  EXPECT_EQ(_GetTargetName(&out, 0), -1);
-  EXPECT_EQ(_GetProjectFileName(&out, 0), -1);
-  EXPECT_EQ(_GetFullNameOfProjectFile("a.c", &out, 0, 0), 0);
-  EXPECT_EQ(_GetFilesMask(0, &out, &out, '|'), 0);
-  EXPECT_EQ(_IsFileInProject("a.c", 0), 0);
-  EXPECT_EQ(_Save(0), 0);
-  EXPECT_EQ(out, "kept");
-  int a = 0, b = 0;
-  EXPECT_EQ(_GetProjectFileInfo("a.c", "T", &a, &b), -1);
-  _AddTarget("T");  // an edit without a project changes nothing
-  EXPECT_TRUE(Notifications().empty());
-  ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
-  EXPECT_EQ(_WhatIsInProgress(), MakeStateIdle);
 }
 
 TEST_F(ExportsTest, NullArgumentsAreAnsweredLikeAMissingProject) {
@@ -306,17 +239,17 @@ TEST_F(ExportsTest, DirectoryAndFileOfTheDefaultTarget) {
   BuildProject();
   std::string out = "kept";
   _GetDirectory(1, &out);
-  EXPECT_EQ(out, Native("/work/"));
+  EXPECT_EQ(out, Native("/proj/"));
   _GetDirectory(0, &out);
-  EXPECT_EQ(out, Native("/work/"));
+  EXPECT_EQ(out, Native("/proj/"));
   _GetFile(0, &out);
-  EXPECT_EQ(out, Native("/work/demo"));
+  EXPECT_EQ(out, Native("/proj/demo"));
   out = "kept";
   _GetDirectory(7, &out);
   _GetFile(1, &out);
   EXPECT_EQ(out, "kept");
   EXPECT_EQ(_GetFullNameOfProjectFile("sub/x.c", &out, 0, 0), 1);
-  EXPECT_EQ(out, Native("/work/sub/x.c"));
+  EXPECT_EQ(out, Native("/proj/sub/x.c"));
 }
 
 }  // namespace
