@@ -163,11 +163,5 @@ TEST_F(FailureTest, UsageErrorsAnswerTwoAndTouchNothing) {
   ExpectUnchanged("usage errors");
 }
 
-TEST_F(FailureTest, HelpIsNotAnError) {
-  QpmResult result = Run({"option", "set", "--help"});
-  EXPECT_EQ(result.code, 0);
-  EXPECT_THAT(result.out, HasSubstr("qpm option set [OPTIONS] FILE KEY [VALUE...]"));
-}
-
 }  // namespace
 }  // namespace quillon::qpm

@@ -107,13 +107,5 @@ TEST_F(OptionTest, ChangedOptionsMarkWhatMustBeBuiltAgain) {
   EXPECT_TRUE(changed("p.qpj"));
 }
 
-TEST_F(OptionTest, ListShowsTheCatalogueWithLevelsAndTypes) {
-  std::string list = Ok({"option", "list", "p.qpj"});
-  EXPECT_THAT(list, HasSubstr("IncludePaths                 global  string list\n"));
-  EXPECT_THAT(list, HasSubstr("CmpUseDefaultName            filter  True/False flag\n"));
-  EXPECT_THAT(list, HasSubstr("TranslateCharacter           target  number\n"));
-  EXPECT_THAT(list, HasSubstr("ExcludeFromMake              file    Yes/No flag\n"));
-}
-
 }  // namespace
 }  // namespace quillon::qpm

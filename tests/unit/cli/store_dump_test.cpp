@@ -44,15 +44,6 @@ TEST_F(QpmTest, StoreDumpPrintsEveryNodeInStoredOrder) {
             "      words Words [1, 4294967295]\n");
 }
 
-TEST_F(QpmTest, StoreDumpShowsAProjectsLayout) {
-  MakeProject();
-  std::string dump = Ok({"store", "dump", "p.qpj"});
-  EXPECT_THAT(dump, HasSubstr("\n  key Project\n    int CompilerType 0\n"));
-  EXPECT_THAT(dump, HasSubstr("\n      key Target[0]\n"));
-  EXPECT_THAT(dump, HasSubstr("\n            string FileName \"a.c\"\n"));
-  EXPECT_THAT(Ok({"store", "dump", "p.qpj.user"}), HasSubstr("\n  key Project_Local\n"));
-}
-
 TEST_F(QpmTest, StoreDumpFailsWithTheStoresErrorText) {
   std::string store = EveryTypeStore();
   // Cut where whole records go missing (a value cut short still reads).

@@ -134,13 +134,6 @@ TEST_F(QpmTest, FileEditsActOnEveryTarget) {
   }
 }
 
-TEST_F(QpmTest, FileAddWarnsAboutMissingFilesButAddsThem) {
-  MakeProject();
-  QpmResult result = Run({"file", "add", "p.qpj", "Startup", "gen.c"});
-  EXPECT_EQ(result.code, 0);
-  EXPECT_THAT(result.err, HasSubstr("warning: \"gen.c\" does not exist"));
-}
-
 TEST_F(QpmTest, ShowTextListsTargetsGroupsFilesAndOptions) {
   MakeProject();
   Ok({"target", "add", "p.qpj", "Release"});

@@ -79,43 +79,6 @@ class ExportsTest : public ::testing::Test {
   FakeUiServices ui;
 };
 
-TEST_F(ExportsTest, EditsSendTheirCodesInsideTheBracket) {
-  BuildProject();
-  _AddLinkGroup("Lib");
-  _AddProjectFile("c.c", "Lib");
-  _ChangeProjectFileGroup("c.c", "Source files");
-  _ChangeProjectFileGroup("missing.c", "Lib");
-  _DeleteProjectFile("a.c");
-  _SetTarget("Release");
-  _SetTarget("Nobody");
-  _DeleteTarget("Release");
-  EXPECT_EQ(Notifications(), (std::vector<Notification>{
-                                 {7, "", ""}, {2, "Lib", ""}, {8, "", ""},
-                                 {7, "", ""}, {1, "c.c", "Lib"}, {8, "", ""},
-                                 {7, "", ""}, {9, "", ""}, {8, "", ""},
-                                 {7, "", ""}, {8, "", ""},
-                                 {7, "", ""}, {0, "a.c", "Source files"}, {8, "", ""},
-                                 {7, "", ""}, {5, "", ""}, {8, "", ""},
-                                 {7, "", ""}, {8, "", ""},
-                                 {7, "", ""}, {9, "", ""}, {8, "", ""},
-                             }));
-}
-
-TEST_F(ExportsTest, ProjectFilesComeFromTheFirstTargetWhateverTheDefault) {
-  BuildProject();
-  _SetTarget("Release");
-  _AddProjectFile("only_in_all.c", "Source files");
-  std::string name;
-  EXPECT_EQ(_GetProjectFileName(&name, 3), 4);
-  EXPECT_EQ(name, "only_in_all.c");
-  int kind = -5, value = -5;
-  EXPECT_EQ(_GetProjectFileInfo("start.asm", "Release", &kind, &value), 1);
-  EXPECT_EQ(kind, kFileAssemblerSource);
-  EXPECT_EQ(_GetProjectFileInfo("zzz.c", "Release", &kind, &value), 0);
-  EXPECT_EQ(_IsFileInProject("b.c", 0), 1);
-  EXPECT_EQ(_IsFileInProject("zzz.c", 0), 0);
-}
-
 TEST_F(ExportsTest, NullArgumentsAreAnsweredLikeAMissingProject) {
   BuildProject();
   EXPECT_EQ(_GetTargetName(nullptr, 0), -1);
@@ -159,16 +122,6 @@ TEST_F(ExportsTest, MakeWithoutDefaultTargetOnlyTellsTheUser) {
   _Make(MakeModeMake, nullptr);
   EXPECT_EQ(ui.message_texts(), (std::vector<std::string>{"Target is not defined !"}));
   EXPECT_TRUE(Outputs().empty());
-}
-
-TEST_F(ExportsTest, MakeClearsBothChannelsFirst) {
-  BuildProject();
-  _Make(MakeModeMake, nullptr);
-  ASSERT_GE(Outputs().size(), 2u);
-  EXPECT_EQ(Outputs()[0].channel, 1);
-  EXPECT_EQ(Outputs()[0].action, 20);
-  EXPECT_EQ(Outputs()[1].channel, 0);
-  EXPECT_EQ(Outputs()[1].action, 20);
 }
 
 TEST_F(ExportsTest, TransferRoundTripsBothParts) {

@@ -261,51 +261,6 @@ TEST_F(FakeFileSystemTest, AtomicWriteKeepsOldFileWhenAnyStepFails) {
   }
 }
 
-TEST_F(FakeFileSystemTest, FailedWriteStoresHalfAndLaterWritesSucceed) {
-  fs_.Create(P("a"), "");
-  fs_.FailNthWrite(2);
-  std::unique_ptr<WritableFile> file;
-  ASSERT_OK(fs_.NewWritableFile(P("a"), &file));
-  ASSERT_OK(file->Write("1234", 4));
-  EXPECT_FALSE(file->Write("5678", 4).ok());
-  ASSERT_OK(file->Write("9", 1));
-  ASSERT_OK(file->Close());
-  EXPECT_EQ(fs_.Contents(P("a")), "1234569");
-  EXPECT_FALSE(file->Write("x", 1).ok());
-}
-
-TEST_F(FakeFileSystemTest, ClockMovesOnlyOnTick) {
-  fs_.Create(P("a.c"), "");
-  const FileTime created = fs_.Stat(P("a.c")).time;
-  ASSERT_OK(fs_.WriteFile(P("b.o"), ""));
-  EXPECT_EQ(fs_.Stat(P("b.o")).time, created);
-  fs_.Tick();
-  ASSERT_OK(fs_.WriteFile(P("b.o"), "obj"));
-  EXPECT_GT(fs_.Stat(P("b.o")).time, created);
-  EXPECT_EQ(fs_.Stat(P("b.o")).time, fs_.Now());
-
-  fs_.Tick();
-  ASSERT_OK(fs_.RenameFile(P("b.o"), P("c.o")));  // a rename keeps the time
-  EXPECT_EQ(fs_.Stat(P("c.o")).time, fs_.Now() - 1);
-}
-
-TEST_F(FakeFileSystemTest, RecordsCallsAsPassed) {
-  fs_.Create(P("a.c"), "x");
-  std::string contents;
-  ASSERT_OK(fs_.ReadFile(P("a.c"), &contents));
-  EXPECT_FALSE(fs_.ReadFile(P("missing.c"), &contents).ok());
-  fs_.MapReadOnly(P("sub/../a.c"));
-  ASSERT_OK(fs_.RemoveFile(P("gone.o")));
-  EXPECT_EQ(fs_.files_read(), (std::vector<std::string>{P("a.c"), P("missing.c")}));
-  EXPECT_EQ(fs_.files_mapped(), std::vector<std::string>{P("sub/../a.c")});
-  EXPECT_EQ(fs_.files_removed(), std::vector<std::string>{P("gone.o")});
-
-  fs_.ClearRecords();
-  EXPECT_TRUE(fs_.files_read().empty());
-  fs_.Contents(P("a.c"));  // the test's own look does not count
-  EXPECT_TRUE(fs_.files_read().empty());
-}
-
 TEST_F(FakeFileSystemTest, NamesOneFileWhateverTheSpelling) {
   fs_.Create(P("src/./main.c"), "m");
   EXPECT_EQ(fs_.Contents(P("inc\\..\\src\\main.c")), "m");
@@ -315,13 +270,6 @@ TEST_F(FakeFileSystemTest, NamesOneFileWhateverTheSpelling) {
   EXPECT_EQ(fs_.CurrentDirectory(), NormalizePath(P("src")));
   EXPECT_EQ(fs_.Contents("main.c"), "m");
   EXPECT_EQ(fs_.Contents("..\\src/main.c"), "m");
-}
-
-TEST_F(FakeFileSystemTest, CreateImpliesParentDirectories) {
-  fs_.Create(P("a/b/c.txt"), "");
-  EXPECT_TRUE(fs_.DirectoryExists(P("a/b")));
-  EXPECT_EQ(ListP(), std::vector<std::string>{"a/"});
-  EXPECT_TRUE(fs_.DirectoryExists(kPathsIgnoreCase ? "C:\\" : "/"));
 }
 
 }  // namespace

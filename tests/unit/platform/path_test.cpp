@@ -161,14 +161,6 @@ TEST(PathTest, RewritesSeparators) {
   EXPECT_EQ(RemoveMultipleBackslashes("\\\\srv\\\\share"), Native("//srv/share"));
 }
 
-TEST(PathTest, QuotesPathsWithBlanksOnce) {
-  EXPECT_EQ(SetQuotesOnPath("C:\\My Files\\a.c"), "\"C:\\My Files\\a.c\"");
-  EXPECT_EQ(SetQuotesOnPath("a\tb"), "\"a\tb\"");
-  EXPECT_EQ(SetQuotesOnPath("\"C:\\My Files\""), "\"C:\\My Files\"");
-  EXPECT_EQ(SetQuotesOnPath("C:\\src"), "C:\\src");
-  EXPECT_EQ(SetQuotesOnPath(""), "");
-}
-
 TEST(PathTest, ComparePathsTreatsSeparatorsAlikeAndCaseByPlatform) {
   EXPECT_EQ(ComparePaths("C:/src\\a.c", "C:\\src/a.c"), 0);
   EXPECT_EQ(PathsEqual("C:\\SRC\\A.C", "c:\\src\\a.c"), kPathsIgnoreCase);
@@ -182,12 +174,6 @@ TEST(PathTest, CompareNoCaseFoldsAsciiAndComparesBytesUnsigned) {
   EXPECT_LT(CompareNoCase("Z", "\xe9"), 0);  // not folded, and above ASCII
   EXPECT_FALSE(EqualsNoCase("\xc9", "\xe9"));
   EXPECT_GT(CompareNoCase("ab", "A"), 0);
-}
-
-TEST(PathTest, TrimBlanksCutsSpacesAndTabs) {
-  EXPECT_EQ(TrimBlanks(" \t a b \t"), "a b");
-  EXPECT_EQ(TrimBlanks(" \t "), "");
-  EXPECT_EQ(TrimBlanks("x"), "x");
 }
 
 }  // namespace
