@@ -4,6 +4,10 @@
 #include <ostream>
 #include <set>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "cli/cli.h"
@@ -14,6 +18,7 @@
 #include "interface/library_state.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
+#include "platform/path_key.h"
 #include "quillon/quillon.h"
 
 namespace quillon::qpm {
@@ -32,10 +37,11 @@ struct WhyArgs {
 
 enum class DepsFormat { kList, kMake, kDot };
 
-// One scanned source and what it depends on.
+// One scanned source and what it depends on; the names are the graph's
+// own, valid while it is not updated.
 struct SourceDeps {
   std::string source;
-  std::vector<std::string> deps;
+  std::vector<std::string_view> deps;
 };
 
 // The names an export enumerates by index into `name`.
@@ -50,18 +56,19 @@ std::vector<std::string> Enumerate(Export enumerate, const std::string& of) {
   return names;
 }
 
-// Every file reachable from `direct`, each once, in the order met.
-std::vector<std::string> Closure(const std::vector<std::string>& direct) {
-  std::vector<std::string> all;
-  std::set<std::string> seen;
-  std::vector<std::string> pending(direct.rbegin(), direct.rend());
+// Every file reachable from `root`, each once, in the order met. Walks the
+// graph itself: asking the exports name by name cost seconds on a big tree.
+std::vector<std::string_view> Closure(const CDependencyNode& root) {
+  std::vector<std::string_view> all;
+  std::unordered_set<const CDependencyNode*> seen;
+  const auto& direct = root.dependencies();
+  std::vector<const CDependencyNode*> pending(direct.rbegin(), direct.rend());
   while (!pending.empty()) {
-    std::string name = pending.back();
+    const CDependencyNode* node = pending.back();
     pending.pop_back();
-    if (!seen.insert(name).second) continue;
-    all.push_back(name);
-    std::vector<std::string> next = Enumerate(_GetDependenciesFilesOfDependence, name);
-    pending.insert(pending.end(), next.rbegin(), next.rend());
+    if (!seen.insert(node).second) continue;
+    all.push_back(node->name());
+    pending.insert(pending.end(), node->dependencies().rbegin(), node->dependencies().rend());
   }
   return all;
 }
@@ -71,19 +78,39 @@ std::vector<SourceDeps> CollectDeps(CProjectData& project, const CProjectTarget&
   std::vector<SourceDeps> result;
   for (const CProjectFile* file : target.files) {
     std::string full = project.FullNameOfFile(file->file_name());
-    if (project.IsExcludedFromBuild(*file) || State().Scanner().FindRoot(full) == nullptr) {
-      continue;
+    const CDependencyNode* root = State().Scanner().FindRoot(full);
+    if (project.IsExcludedFromBuild(*file) || root == nullptr) continue;
+    std::vector<std::string_view> deps;
+    if (transitive) {
+      deps = Closure(*root);
+    } else {
+      for (const CDependencyNode* dep : root->dependencies()) deps.push_back(dep->name());
     }
-    std::vector<std::string> direct =
-        Enumerate(_GetDependenciesFilesOfProjectFile, file->file_name());
-    result.push_back({full, transitive ? Closure(direct) : direct});
+    result.push_back({full, std::move(deps)});
   }
   return result;
 }
 
-std::string Shown(const std::string& path, const std::string& cwd) {
-  return RelativePath(cwd, path);
-}
+// Paths as shown, relative to the current directory: each worked out once,
+// as a big tree names the same few thousand files hundreds of thousands of
+// times.
+class ShownPaths {
+ public:
+  explicit ShownPaths(std::string cwd) : cwd_(std::move(cwd)) {}
+  const std::string& operator()(std::string_view path) {
+    auto it = shown_.find(path);
+    if (it == shown_.end()) {
+      std::string key(path);
+      std::string shown = RelativePath(cwd_, key);
+      it = shown_.emplace(std::move(key), std::move(shown)).first;
+    }
+    return it->second;
+  }
+
+ private:
+  std::string cwd_;
+  std::unordered_map<std::string, std::string, StringHash, std::equal_to<>> shown_;
+};
 
 std::string DotQuoted(const std::string& text) {
   std::string out = "\"";
@@ -94,38 +121,36 @@ std::string DotQuoted(const std::string& text) {
   return out + "\"";
 }
 
-void WriteList(const std::vector<SourceDeps>& all, const std::string& cwd, std::ostream& out) {
+void WriteList(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
   for (const SourceDeps& source : all) {
-    out << Shown(source.source, cwd) << ":\n";
-    for (const std::string& dep : source.deps) out << "  " << Shown(dep, cwd) << '\n';
+    out << shown(source.source) << ":\n";
+    for (std::string_view dep : source.deps) out << "  " << shown(dep) << '\n';
   }
 }
 
 // One rule per source as `gcc -MM` writes them: the object (named after
 // the source), the source, then every dependency.
-void WriteMake(const std::vector<SourceDeps>& all, const std::string& cwd, std::ostream& out) {
+void WriteMake(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
   for (const SourceDeps& source : all) {
-    std::string shown = Shown(source.source, cwd);
-    std::string object = shown.substr(0, shown.size() - ExtOfFile(shown).size()) + "o";
-    if (ExtOfFile(shown).empty()) object = shown + ".o";
-    out << object << ": " << shown;
-    for (const std::string& dep : source.deps) out << " \\\n  " << Shown(dep, cwd);
+    const std::string& name = shown(source.source);
+    std::string object = name.substr(0, name.size() - ExtOfFile(name).size()) + "o";
+    if (ExtOfFile(name).empty()) object = name + ".o";
+    out << object << ": " << name;
+    for (std::string_view dep : source.deps) out << " \\\n  " << shown(dep);
     out << '\n';
   }
 }
 
 // The graph's edges among everything the sources reach.
-void WriteDot(const std::vector<SourceDeps>& all, const std::string& cwd, std::ostream& out) {
+void WriteDot(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
   out << "digraph dependencies {\n  rankdir=LR;\n  node [shape=box, fontsize=10];\n";
   std::set<std::string> drawn;
   std::vector<std::string> pending;
   for (const SourceDeps& source : all) {
-    out << "  " << DotQuoted(Shown(source.source, cwd)) << " [style=bold];\n";
-    std::vector<std::string> direct = Enumerate(_GetDependenciesFilesOfProjectFile,
-                                                source.source);
+    out << "  " << DotQuoted(shown(source.source)) << " [style=bold];\n";
+    std::vector<std::string> direct = Enumerate(_GetDependenciesFilesOfProjectFile, source.source);
     for (const std::string& dep : direct) {
-      out << "  " << DotQuoted(Shown(source.source, cwd)) << " -> " << DotQuoted(Shown(dep, cwd))
-          << ";\n";
+      out << "  " << DotQuoted(shown(source.source)) << " -> " << DotQuoted(shown(dep)) << ";\n";
       pending.push_back(dep);
     }
   }
@@ -134,7 +159,7 @@ void WriteDot(const std::vector<SourceDeps>& all, const std::string& cwd, std::o
     pending.pop_back();
     if (!drawn.insert(name).second) continue;
     for (const std::string& dep : Enumerate(_GetDependenciesFilesOfDependence, name)) {
-      out << "  " << DotQuoted(Shown(name, cwd)) << " -> " << DotQuoted(Shown(dep, cwd)) << ";\n";
+      out << "  " << DotQuoted(shown(name)) << " -> " << DotQuoted(shown(dep)) << ";\n";
       pending.push_back(dep);
     }
   }
@@ -158,13 +183,13 @@ Status Deps(const DepsArgs& args, CProjectData& project, std::ostream& out) {
   cache.SaveIfChanged();
 
   std::vector<SourceDeps> all = CollectDeps(project, target, args.transitive || args.make);
-  std::string cwd = FileSystem::Default().CurrentDirectory();
+  ShownPaths shown(FileSystem::Default().CurrentDirectory());
   if (args.make) {
-    WriteMake(all, cwd, out);
+    WriteMake(all, shown, out);
   } else if (args.dot) {
-    WriteDot(all, cwd, out);
+    WriteDot(all, shown, out);
   } else {
-    WriteList(all, cwd, out);
+    WriteList(all, shown, out);
   }
   return Status::OK();
 }

@@ -11,7 +11,7 @@ namespace quillon::qpm {
 DependencyCache::DependencyCache(std::string project_path, const CProjectData& project)
     : path_(project_path + ".deps"), project_file_(ExpandToFullPath(project_path)) {
   if (const CProjectTarget* target = project.default_target()) {
-    settings_ = ScanSettingsFingerprint(MakeScanRequest(project, *target));
+    settings_ = ScanSettingsFingerprint(project, *target);
   }
 }
 

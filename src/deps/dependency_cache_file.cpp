@@ -1,7 +1,8 @@
 #include "deps/dependency_cache_file.h"
 
+#include <optional>
 #include <set>
-#include <unordered_map>
+#include <utility>
 
 #include "model/registry/settings_registry.h"
 #include "platform/path.h"
@@ -14,8 +15,7 @@ constexpr int32_t kCacheVersion = 1;
 constexpr const char* kTopKey = "DependencyCache";
 
 void EncodeSet(CSettingsRegistry& store, const char* key,
-               const std::vector<DependencyGraphSnapshot::Node>& set,
-               const std::unordered_map<std::string, uint32_t>& index_of) {
+               const std::vector<DependencyGraphSnapshot::Node>& set) {
   std::vector<std::string> names;
   std::vector<uint32_t> times, marked, deps;
   names.reserve(set.size());
@@ -28,7 +28,7 @@ void EncodeSet(CSettingsRegistry& store, const char* key,
     times.push_back(static_cast<uint32_t>(time >> 32));
     if (node.no_dependencies) marked.push_back(static_cast<uint32_t>(i));
     deps.push_back(static_cast<uint32_t>(node.dependencies.size()));
-    for (const std::string& dep : node.dependencies) deps.push_back(index_of.at(dep));
+    deps.insert(deps.end(), node.dependencies.begin(), node.dependencies.end());
   }
   store.PushKey();
   store.OpenKey(key, true);
@@ -39,9 +39,9 @@ void EncodeSet(CSettingsRegistry& store, const char* key,
   store.PopKey();
 }
 
-// Reads one set; `names` gives the all-nodes names for dependency indices
-// (null while reading the all-nodes set itself, which uses its own).
-bool DecodeSet(CSettingsRegistry& store, const char* key, const std::vector<std::string>* names,
+// Reads one set; dependency indices must stay below `targets`, the size of
+// the all-nodes set (none while reading that set itself: its own size).
+bool DecodeSet(CSettingsRegistry& store, const char* key, std::optional<size_t> targets,
                std::vector<DependencyGraphSnapshot::Node>* set) {
   store.PushKey();
   bool opened = store.OpenKey(key, false);
@@ -52,12 +52,12 @@ bool DecodeSet(CSettingsRegistry& store, const char* key, const std::vector<std:
               store.ReadWords("Deps", &deps);
   store.PopKey();
   if (!read || times.size() != own_names.size() * 2) return false;
-  const std::vector<std::string>& targets = names ? *names : own_names;
+  const size_t limit = targets.value_or(own_names.size());
   set->resize(own_names.size());
   size_t cursor = 0;
   for (size_t i = 0; i < own_names.size(); ++i) {
     DependencyGraphSnapshot::Node& node = (*set)[i];
-    node.name = own_names[i];
+    node.name = std::move(own_names[i]);
     node.time = static_cast<FileTime>(static_cast<uint64_t>(times[2 * i]) |
                                       (static_cast<uint64_t>(times[2 * i + 1]) << 32));
     if (cursor >= deps.size()) return false;
@@ -66,8 +66,8 @@ bool DecodeSet(CSettingsRegistry& store, const char* key, const std::vector<std:
     node.dependencies.reserve(count);
     for (uint32_t k = 0; k < count; ++k) {
       uint32_t index = deps[cursor++];
-      if (index >= targets.size()) return false;
-      node.dependencies.push_back(targets[index]);
+      if (index >= limit) return false;
+      node.dependencies.push_back(index);
     }
   }
   for (uint32_t index : marked) {
@@ -105,18 +105,13 @@ std::string ScanSettingsFingerprint(const ScanRequest& request) {
 std::string EncodeDependencyCache(const CDependencyScanner& scanner, const std::string& project,
                                   const std::string& settings) {
   DependencyGraphSnapshot snapshot = scanner.Snapshot();
-  std::unordered_map<std::string, uint32_t> index_of;
-  index_of.reserve(snapshot.nodes.size());
-  for (size_t i = 0; i < snapshot.nodes.size(); ++i) {
-    index_of.emplace(snapshot.nodes[i].name, static_cast<uint32_t>(i));
-  }
   CSettingsRegistry store(nullptr, true);
   store.OpenKey(kTopKey, true);
   store.WriteInt("Version", kCacheVersion);
   store.WriteString("Project", project);
   store.WriteString("Settings", settings);
-  EncodeSet(store, "Nodes", snapshot.nodes, index_of);
-  EncodeSet(store, "Roots", snapshot.roots, index_of);
+  EncodeSet(store, "Nodes", snapshot.nodes);
+  EncodeSet(store, "Roots", snapshot.roots);
   return store.Serialize();
 }
 
@@ -133,11 +128,8 @@ bool DecodeDependencyCache(const std::string& bytes, const std::string& project,
     return false;
   }
   DependencyGraphSnapshot snapshot;
-  if (!DecodeSet(store, "Nodes", nullptr, &snapshot.nodes)) return false;
-  std::vector<std::string> names;
-  names.reserve(snapshot.nodes.size());
-  for (const auto& node : snapshot.nodes) names.push_back(node.name);
-  if (!DecodeSet(store, "Roots", &names, &snapshot.roots)) return false;
+  if (!DecodeSet(store, "Nodes", std::nullopt, &snapshot.nodes)) return false;
+  if (!DecodeSet(store, "Roots", snapshot.nodes.size(), &snapshot.roots)) return false;
   return scanner->Restore(snapshot);
 }
 

@@ -36,6 +36,11 @@ class CDependencyNode {
   void ClearDependencies() { dependencies_.clear(); }
   // Keeps the set sorted; a node already there is not added again.
   void AddDependency(CDependencyNode* node) {
+    // Restoring a graph adds them in order.
+    if (dependencies_.empty() || dependencies_.back()->NameLess(*node)) {
+      dependencies_.push_back(node);
+      return;
+    }
     auto it = std::lower_bound(
         dependencies_.begin(), dependencies_.end(), node,
         [](const CDependencyNode* a, const CDependencyNode* b) { return a->NameLess(*b); });
@@ -54,7 +59,8 @@ class CDependencyNode {
   bool no_dependencies_ = false;
   const bool is_root_;
   bool referenced_ = false;  // scratch of the pruning pass
-  mutable uint32_t order_ = 0;  // scratch of NewestTimesOfRoots: position in its set
+  // Scratch of NewestTimesOfRoots and Snapshot: the position in its set.
+  mutable uint32_t order_ = 0;
 };
 
 }  // namespace quillon

@@ -4,38 +4,45 @@
 namespace quillon {
 namespace {
 
-void Copy(const CDependencyNodeSet& set, std::vector<DependencyGraphSnapshot::Node>* out) {
+using SnapshotNodes = std::vector<DependencyGraphSnapshot::Node>;
+
+// Dependencies are given as positions in the all-nodes set.
+template <typename PositionOf>
+void Copy(const CDependencyNodeSet& set, PositionOf position_of, SnapshotNodes* out) {
   out->reserve(set.size());
   for (const auto& node : set.nodes()) {
     DependencyGraphSnapshot::Node& entry = out->emplace_back();
     entry.name = node->name();
     entry.time = node->time();
     entry.no_dependencies = node->no_dependencies();
+    entry.dependencies.reserve(node->dependencies().size());
     for (const CDependencyNode* dependency : node->dependencies()) {
-      entry.dependencies.push_back(dependency->name());
+      entry.dependencies.push_back(position_of(*dependency));
     }
   }
 }
 
-bool AddNodes(const std::vector<DependencyGraphSnapshot::Node>& entries, CDependencyNodeSet* set) {
+// `added` receives the new nodes in the snapshot's order.
+bool AddNodes(const SnapshotNodes& entries, CDependencyNodeSet* set,
+              std::vector<CDependencyNode*>* added) {
+  added->reserve(entries.size());
   for (const DependencyGraphSnapshot::Node& entry : entries) {
-    bool added = false;
-    CDependencyNode* node = entry.name.empty() ? nullptr : set->FindOrAdd(entry.name, &added);
-    if (!added) return false;
+    bool is_new = false;
+    CDependencyNode* node = entry.name.empty() ? nullptr : set->FindOrAdd(entry.name, &is_new);
+    if (!is_new) return false;
     node->set_time(entry.time);
     if (entry.no_dependencies) node->set_no_dependencies();
+    added->push_back(node);
   }
   return true;
 }
 
-bool Link(const std::vector<DependencyGraphSnapshot::Node>& entries, const CDependencyNodeSet& set,
-          const CDependencyNodeSet& targets) {
-  for (const DependencyGraphSnapshot::Node& entry : entries) {
-    CDependencyNode* node = set.Find(entry.name);
-    for (const std::string& name : entry.dependencies) {
-      CDependencyNode* dependency = targets.Find(name);
-      if (dependency == nullptr) return false;
-      node->AddDependency(dependency);
+bool Link(const SnapshotNodes& entries, const std::vector<CDependencyNode*>& nodes,
+          const std::vector<CDependencyNode*>& targets) {
+  for (size_t i = 0; i < entries.size(); ++i) {
+    for (uint32_t position : entries[i].dependencies) {
+      if (position >= targets.size()) return false;
+      nodes[i]->AddDependency(targets[position]);
     }
   }
   return true;
@@ -44,16 +51,20 @@ bool Link(const std::vector<DependencyGraphSnapshot::Node>& entries, const CDepe
 }  // namespace
 
 DependencyGraphSnapshot CDependencyScanner::Snapshot() const {
+  for (size_t i = 0; i < nodes_.size(); ++i) nodes_.at(i)->order_ = static_cast<uint32_t>(i);
+  auto position_of = [](const CDependencyNode& node) { return node.order_; };
   DependencyGraphSnapshot snapshot;
-  Copy(roots_, &snapshot.roots);
-  Copy(nodes_, &snapshot.nodes);
+  Copy(roots_, position_of, &snapshot.roots);
+  Copy(nodes_, position_of, &snapshot.nodes);
   return snapshot;
 }
 
 bool CDependencyScanner::Restore(const DependencyGraphSnapshot& snapshot) {
   Clear();
-  const bool ok = AddNodes(snapshot.nodes, &nodes_) && AddNodes(snapshot.roots, &roots_) &&
-                  Link(snapshot.nodes, nodes_, nodes_) && Link(snapshot.roots, roots_, nodes_);
+  std::vector<CDependencyNode*> nodes, roots;
+  const bool ok = AddNodes(snapshot.nodes, &nodes_, &nodes) &&
+                  AddNodes(snapshot.roots, &roots_, &roots) && Link(snapshot.nodes, nodes, nodes) &&
+                  Link(snapshot.roots, roots, nodes);
   if (!ok) {
     Clear();
     return false;

@@ -3,6 +3,7 @@
 #ifndef QUILLON_DEPS_DEPENDENCY_SNAPSHOT_H
 #define QUILLON_DEPS_DEPENDENCY_SNAPSHOT_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ struct DependencyGraphSnapshot {
     std::string name;
     FileTime time = kMissingFile;
     bool no_dependencies = false;
-    std::vector<std::string> dependencies;  // names of entries of `nodes`
+    std::vector<uint32_t> dependencies;  // positions in `nodes`
   };
   std::vector<Node> roots;  // in name order
   std::vector<Node> nodes;  // the all-nodes set, in name order

@@ -4,6 +4,8 @@
 #ifndef QUILLON_DEPS_TARGET_SCAN_H
 #define QUILLON_DEPS_TARGET_SCAN_H
 
+#include <string>
+
 #include "deps/scan_request.h"
 
 namespace quillon {
@@ -12,6 +14,10 @@ class CProjectData;
 class CProjectTarget;
 
 ScanRequest MakeScanRequest(const CProjectData& project, const CProjectTarget& target);
+
+// ScanSettingsFingerprint of that request, without making every file's full
+// path: the fingerprint takes only the sources' extensions.
+std::string ScanSettingsFingerprint(const CProjectData& project, const CProjectTarget& target);
 
 }  // namespace quillon
 

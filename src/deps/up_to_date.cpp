@@ -5,7 +5,6 @@
 #include "deps/target_scan.h"
 #include "model/project_data.h"
 #include "platform/path.h"
-#include "platform/path_key.h"
 
 namespace quillon {
 namespace {
@@ -23,14 +22,19 @@ FileInfo UpToDateDecision::StatOnce(const std::string& path) {
 bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
                                         std::vector<std::string>* reasons,
                                         ScanObserver* observer) {
-  scanner_.Update(MakeScanRequest(project_, target_), observer);
+  const ScanRequest request = MakeScanRequest(project_, target_);
+  scanner_.Update(request, observer);
   const std::vector<FileTime> newest = scanner_.NewestTimesOfRoots();
   files->clear();
 
-  std::unordered_map<std::string, CProjectFile*> by_path;
-  by_path.reserve(target_.files.size());
-  for (CProjectFile* file : target_.files) {
-    by_path.emplace(PathKey(project_.FullNameOfFile(file->file_name())), file);
+  // The project file of each root, through the full paths the request
+  // already holds; roots of files since excluded or deleted have none.
+  std::unordered_map<const CDependencyNode*, CProjectFile*> by_root;
+  by_root.reserve(request.sources.size());
+  for (const ScanSource& source : request.sources) {
+    if (const CDependencyNode* root = scanner_.FindRoot(source.path)) {
+      by_root.emplace(root, target_.files[source.file_index]);
+    }
   }
   std::unordered_set<const CProjectFile*> listed;
   auto list = [&](CProjectFile* file, std::string reason) {
@@ -41,8 +45,8 @@ bool UpToDateDecision::FilesToTranslate(std::vector<CProjectFile*>* files,
 
   for (size_t i = 0; i < scanner_.root_count(); ++i) {
     const CDependencyNode* root = scanner_.RootAt(i);
-    auto found = by_path.find(PathKey(root->name()));
-    if (found == by_path.end() || project_.IsExcludedFromBuild(*found->second)) continue;
+    auto found = by_root.find(root);
+    if (found == by_root.end()) continue;
     CProjectFile* file = found->second;
     if (file->is_changed) {
       list(file, Quoted(NameAndExtOfFile(root->name()), "': file options have changed."));

@@ -1,0 +1,121 @@
+// Save and load of a big project (10,000 files in 4 targets, so 40,000 file
+// nodes) beside writing and reading the same number of bytes in one piece.
+//
+//   build/release/bench/project_bench --benchmark_counters_tabular=true
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <string>
+
+#include "model/project_data.h"
+#include "model/registry/settings_registry.h"
+#include "platform/file_system.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kFiles = 10000;
+constexpr int kTargets = 4;
+constexpr int kGroups = 20;
+
+std::unique_ptr<CProjectData> BigProject() {
+  auto project = std::make_unique<CProjectData>(0);
+  project->Initialise(0);
+  project->set_project_file("/bench/big.qpj");
+  project->AddTarget("Debug", "");
+  for (int g = 0; g < kGroups; ++g) project->AddLinkGroup("Group " + std::to_string(g));
+  for (int i = 0; i < kFiles; ++i) {
+    std::string group = "Group " + std::to_string(i % kGroups);
+    project->AddFile("src/module" + std::to_string(i % 97) + "/file" + std::to_string(i) + ".c",
+                     group);
+  }
+  for (int t = 1; t < kTargets; ++t) project->AddTarget("Target " + std::to_string(t), "Debug");
+  project->SetDefaultTarget(project->first_target());
+  return project;
+}
+
+std::string SaveToBytes(const CProjectData& project) {
+  CSettingsRegistry store(nullptr, true);
+  store.OpenKey("Project", true);
+  project.Save(store, TransferPass::kShared);
+  return store.Serialize();
+}
+
+std::string TempPath() {
+  const char* dir = std::getenv("TMPDIR");
+  return std::string(dir ? dir : "/tmp") + "/quillon_project_bench.qpj";
+}
+
+void SetBytes(benchmark::State& state, size_t bytes) {
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+  state.counters["bytes"] = static_cast<double>(bytes);
+}
+
+void BM_SaveProject(benchmark::State& state) {
+  auto project = BigProject();
+  FileSystem& fs = FileSystem::Default();
+  std::string path = TempPath();
+  size_t bytes = 0;
+  for (auto _ : state) {
+    std::string image = SaveToBytes(*project);
+    bytes = image.size();
+    if (!fs.WriteFile(path, image).ok()) state.SkipWithError("write failed");
+  }
+  SetBytes(state, bytes);
+}
+
+void BM_LoadProject(benchmark::State& state) {
+  FileSystem& fs = FileSystem::Default();
+  std::string path = TempPath();
+  fs.WriteFile(path, SaveToBytes(*BigProject()));
+  size_t bytes = 0;
+  for (auto _ : state) {
+    std::string image;
+    if (!fs.ReadFile(path, &image).ok()) state.SkipWithError("read failed");
+    bytes = image.size();
+    MemoryByteStream stream(std::move(image));
+    CSettingsRegistry store(&stream, false);
+    CProjectData project(0);
+    project.Initialise(0);
+    store.OpenKey("Project", false);
+    project.Load(store, TransferPass::kShared);
+    if (project.first_target() == nullptr || project.first_target()->files.size() != kFiles) {
+      state.SkipWithError("project did not load");
+    }
+  }
+  SetBytes(state, bytes);
+}
+
+void BM_RawWrite(benchmark::State& state) {
+  FileSystem& fs = FileSystem::Default();
+  std::string image = SaveToBytes(*BigProject());
+  std::string path = TempPath() + ".raw";
+  for (auto _ : state) {
+    if (!fs.WriteFile(path, image).ok()) state.SkipWithError("write failed");
+  }
+  SetBytes(state, image.size());
+}
+
+void BM_RawRead(benchmark::State& state) {
+  FileSystem& fs = FileSystem::Default();
+  std::string path = TempPath() + ".raw";
+  fs.WriteFile(path, SaveToBytes(*BigProject()));
+  size_t bytes = 0;
+  for (auto _ : state) {
+    std::string image;
+    if (!fs.ReadFile(path, &image).ok()) state.SkipWithError("read failed");
+    bytes = image.size();
+    benchmark::DoNotOptimize(image.data());
+  }
+  SetBytes(state, bytes);
+}
+
+BENCHMARK(BM_SaveProject)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadProject)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawWrite)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawRead)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace quillon
+
+BENCHMARK_MAIN();
