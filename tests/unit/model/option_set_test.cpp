@@ -178,19 +178,6 @@ TEST(GlobalOptionsTest, IncludeFlagsMissingFromTheStoredListCountAsOff) {
   EXPECT_EQ(flags, (std::vector<std::string>{"True", "False", "False"}));
 }
 
-TEST(GlobalOptionsTest, FlagsReadTrueOnlyForExactWords) {
-  CGlobalOptions global;
-  auto store = StoreWith([](CSettingsRegistry& s) {
-    s.WriteString("DF_Valid", "true");
-    s.WriteString("DF_ReqBlanks", "Yes");
-    s.WriteString("DF_AllowBlanks", "False");
-  });
-  global.Load(*store, TransferPass::kShared);
-  EXPECT_FALSE(global.include_keyword().valid);
-  EXPECT_TRUE(global.include_keyword().req_blanks);
-  EXPECT_FALSE(global.include_keyword().allow_blanks);
-}
-
 TEST(GlobalOptionsTest, CopyToCopiesEverythingButTheName) {
   CGlobalOptions a, b;
   a.name = "a";
