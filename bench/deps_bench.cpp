@@ -179,60 +179,43 @@ void BM_WarmUpdateHotHeaderTouched(benchmark::State& state) {
 
 // What the decision asks now: every root's newest time in one pass over
 // the graph, each root then compared with its object's time.
-int CountOutOfDateInOnePass(const CDependencyScanner& scanner, FileTime object_time) {
+int CountOutOfDateInOnePass(CDependencyScanner& scanner, FileTime object_time) {
   int out_of_date = 0;
   for (FileTime newest : scanner.NewestTimesOfRoots()) out_of_date += newest > object_time;
   return out_of_date;
 }
 
+// Times `count` over the graph, with nothing to do or after touching the
+// hot header (its time is given back when the case ends).
+void RunDecision(benchmark::State& state, int (*count)(CDependencyScanner&, FileTime),
+                 bool touch_hot_header) {
+  CDependencyScanner scanner(FileSystem::Default());
+  scanner.Update(TheTree().request, nullptr);
+  const FileTime objects = NewestTime(scanner);
+  int out_of_date = 0;
+  {
+    HotHeaderToucher hot(TheTree().hot_header, objects);
+    if (touch_hot_header) {
+      if (!hot.Touch()) state.SkipWithError("cannot set the hot header's time");
+      scanner.Update(TheTree().request, nullptr);
+    }
+    for (auto _ : state) out_of_date = count(scanner, objects);
+  }
+  state.counters["out_of_date"] = out_of_date;
+  GraphCounters(state, scanner);
+}
+
 void BM_DecisionOnePassNothingToDo(benchmark::State& state) {
-  CDependencyScanner scanner(FileSystem::Default());
-  scanner.Update(TheTree().request, nullptr);
-  const FileTime objects = NewestTime(scanner);
-  int out_of_date = 0;
-  for (auto _ : state) out_of_date = CountOutOfDateInOnePass(scanner, objects);
-  state.counters["out_of_date"] = out_of_date;
-  GraphCounters(state, scanner);
+  RunDecision(state, CountOutOfDateInOnePass, false);
 }
-
 void BM_DecisionOnePassHotHeaderTouched(benchmark::State& state) {
-  CDependencyScanner scanner(FileSystem::Default());
-  scanner.Update(TheTree().request, nullptr);
-  const FileTime objects = NewestTime(scanner);
-  int out_of_date = 0;
-  {
-    HotHeaderToucher hot(TheTree().hot_header, objects);
-    if (!hot.Touch()) state.SkipWithError("cannot set the hot header's time");
-    scanner.Update(TheTree().request, nullptr);
-    for (auto _ : state) out_of_date = CountOutOfDateInOnePass(scanner, objects);
-  }
-  state.counters["out_of_date"] = out_of_date;
-  GraphCounters(state, scanner);
+  RunDecision(state, CountOutOfDateInOnePass, true);
 }
-
 void BM_IsNewerWalksNothingToDo(benchmark::State& state) {
-  CDependencyScanner scanner(FileSystem::Default());
-  scanner.Update(TheTree().request, nullptr);
-  const FileTime objects = NewestTime(scanner);
-  int out_of_date = 0;
-  for (auto _ : state) out_of_date = CountOutOfDate(scanner, objects);
-  state.counters["out_of_date"] = out_of_date;
-  GraphCounters(state, scanner);
+  RunDecision(state, CountOutOfDate, false);
 }
-
 void BM_IsNewerWalksHotHeaderTouched(benchmark::State& state) {
-  CDependencyScanner scanner(FileSystem::Default());
-  scanner.Update(TheTree().request, nullptr);
-  const FileTime objects = NewestTime(scanner);
-  int out_of_date = 0;
-  {
-    HotHeaderToucher hot(TheTree().hot_header, objects);
-    if (!hot.Touch()) state.SkipWithError("cannot set the hot header's time");
-    scanner.Update(TheTree().request, nullptr);
-    for (auto _ : state) out_of_date = CountOutOfDate(scanner, objects);
-  }
-  state.counters["out_of_date"] = out_of_date;
-  GraphCounters(state, scanner);
+  RunDecision(state, CountOutOfDate, true);
 }
 
 // Floors in this process, as the kit's floor.c measures them: stat every
