@@ -9,13 +9,6 @@
 namespace quillon {
 namespace {
 
-// The depth at which the platform's FindFile stops descending.
-constexpr int kMaxFindDepth = 64;
-
-std::string JoinPath(const std::string& directory, const std::string& name) {
-  return directory.empty() ? name : AddBackslash(directory) + name;
-}
-
 // With "." or "..", the OS walks the path and may answer differently from
 // the folded text (a missing or linked directory on the way).
 bool HasDotComponent(std::string_view path) {
@@ -186,23 +179,11 @@ DirectoryCache::Listing& DirectoryCache::List(std::string_view directory) {
 
 bool DirectoryCache::FindFile(const std::string& name, const std::string& directory, bool recurse,
                               std::string* found) {
-  std::deque<std::pair<std::string, int>> pending;  // directory, depth
-  pending.emplace_back(directory, 0);
-  while (!pending.empty()) {
-    auto [dir, depth] = std::move(pending.front());
-    pending.pop_front();
-    const std::string candidate = JoinPath(dir, name);
-    if (IsFile(candidate)) {
-      *found = NormalizePath(candidate);
-      return true;
-    }
-    if (!recurse || depth >= kMaxFindDepth) continue;
-    const Listing& listing = List(dir.empty() ? std::string_view(".") : std::string_view(dir));
-    for (const std::string& sub : listing.subdirectories) {
-      pending.emplace_back(JoinPath(dir, sub), depth + 1);
-    }
-  }
-  return false;
+  auto is_file = [this](const std::string& path) { return IsFile(path); };
+  auto subdirectories = [this](const std::string& dir) -> const std::vector<std::string>& {
+    return List(dir).subdirectories;
+  };
+  return FindFileBreadthFirst(name, directory, recurse, is_file, subdirectories, found);
 }
 
 }  // namespace quillon

@@ -5,11 +5,6 @@
 namespace quillon {
 namespace {
 
-void ReadFlag(CSettingsRegistry& store, const char* key, bool* value) {
-  bool read = false;
-  if (store.ReadBool(key, &read)) *value = read;
-}
-
 void ReadIntFlag(CSettingsRegistry& store, const char* key, int* value) {
   bool read = false;
   if (store.ReadBool(key, &read)) *value = read ? 1 : 0;
@@ -20,7 +15,7 @@ void ReadIntFlag(CSettingsRegistry& store, const char* key, int* value) {
 int CFileOptions::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
   ReadIntFlag(store, "ExcludeFromMake", &exclude_from_make_);
-  ReadFlag(store, "ExcludeFromMakeWR", &exclude_from_make_own_);
+  store.ReadBool("ExcludeFromMakeWR", &exclude_from_make_own_);
   return 1;
 }
 
@@ -58,11 +53,11 @@ int CUnivFileOptions::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
   CFileOptions::Load(store, pass);
   ReadIntFlag(store, "RunAssembler", &run_assembler_);
-  ReadFlag(store, "RunAssemblerWR", &run_assembler_own_);
+  store.ReadBool("RunAssemblerWR", &run_assembler_own_);
   store.ReadString("CompilerOptions", &compiler_options_);
-  ReadFlag(store, "CompilerOptionsWR", &compiler_options_own_);
+  store.ReadBool("CompilerOptionsWR", &compiler_options_own_);
   store.ReadString("AssemblerOptions", &assembler_options_);
-  ReadFlag(store, "AssemblerOptionsWR", &assembler_options_own_);
+  store.ReadBool("AssemblerOptionsWR", &assembler_options_own_);
   return 1;
 }
 
@@ -141,11 +136,11 @@ std::string CUnivFileOptions::GetString(int id, int mode) const {
 
 int CFilterSelection::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
-  ReadFlag(store, "CmpUseDefaultName", &cmp_use_default_name);
+  store.ReadBool("CmpUseDefaultName", &cmp_use_default_name);
   store.ReadString("CmpCustomFilterName", &cmp_custom_filter_name);
-  ReadFlag(store, "AsmUseDefaultName", &asm_use_default_name);
+  store.ReadBool("AsmUseDefaultName", &asm_use_default_name);
   store.ReadString("AsmCustomFilterName", &asm_custom_filter_name);
-  ReadFlag(store, "LinkUseDefaultName", &link_use_default_name);
+  store.ReadBool("LinkUseDefaultName", &link_use_default_name);
   store.ReadString("LinkCustomFilterName", &link_custom_filter_name);
   return 1;
 }

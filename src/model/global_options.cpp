@@ -81,11 +81,6 @@ const int kSharedStrings[] = {
 bool IsValidInt(int id) { return id >= 0 && id < kGlobalIntCount; }
 bool IsValidString(int id) { return id >= 0 && id < kGlobalStringCount; }
 
-void ReadFlag(CSettingsRegistry& store, const char* key, bool* value) {
-  bool read = false;
-  if (store.ReadBool(key, &read)) *value = read;
-}
-
 // A legacy switch read into a temporary that starts at 1 and fanned out to
 // the three per-translator values.
 void ReadLegacySwitch(CSettingsRegistry& store, const char* key, int* values, int first) {
@@ -140,9 +135,9 @@ int CGlobalOptions::Load(CSettingsRegistry& store, TransferPass pass) {
     include_paths_.push_back({paths[i], subdirs});
   }
   store.ReadStringList("EnvironmentSettings", &environment_);
-  ReadFlag(store, "DF_Valid", &keyword_.valid);
-  ReadFlag(store, "DF_AllowBlanks", &keyword_.allow_blanks);
-  ReadFlag(store, "DF_ReqBlanks", &keyword_.req_blanks);
+  store.ReadBool("DF_Valid", &keyword_.valid);
+  store.ReadBool("DF_AllowBlanks", &keyword_.allow_blanks);
+  store.ReadBool("DF_ReqBlanks", &keyword_.req_blanks);
   store.ReadString("DF_Keyword", &keyword_.keyword);
   store.ReadString("DF_Start", &keyword_.start);
   store.ReadString("DF_End", &keyword_.end);

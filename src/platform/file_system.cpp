@@ -15,7 +15,6 @@ namespace quillon {
 namespace {
 
 // FindFile does not follow links forever: a tree deeper than this is cut off.
-constexpr int kMaxFindDepth = 64;
 
 // Beside the target, so that the rename stays on one volume; the clock and a
 // counter keep two writers of the same target apart.
@@ -39,11 +38,11 @@ Status WriteAndClose(FileSystem& fs, const std::string& path, const std::string&
   return status.ok() ? closed : status;
 }
 
+}  // namespace
+
 std::string JoinPath(const std::string& directory, const std::string& name) {
   return directory.empty() ? name : AddBackslash(directory) + name;
 }
-
-}  // namespace
 
 bool FileSystem::FileExists(const std::string& path) {
   const FileInfo info = Stat(path);
@@ -69,26 +68,18 @@ Status FileSystem::WriteFileAtomically(const std::string& path, const std::strin
 
 bool FindFile(FileSystem& fs, const std::string& name, const std::string& directory, bool recurse,
               std::string* found) {
-  std::deque<std::pair<std::string, int>> pending;  // directory, depth
-  pending.emplace_back(directory, 0);
-  while (!pending.empty()) {
-    auto [dir, depth] = std::move(pending.front());
-    pending.pop_front();
-    const std::string candidate = JoinPath(dir, name);
-    if (fs.FileExists(candidate)) {
-      *found = NormalizePath(candidate);
-      return true;
-    }
-    if (!recurse || depth >= kMaxFindDepth) continue;
+  auto is_file = [&](const std::string& path) { return fs.FileExists(path); };
+  auto subdirectories = [&](const std::string& dir) {
     std::vector<DirEntry> entries;
-    if (!fs.ListDirectory(dir.empty() ? "." : dir, &entries).ok()) continue;
-    std::sort(entries.begin(), entries.end(),
-              [](const DirEntry& a, const DirEntry& b) { return a.name < b.name; });
+    std::vector<std::string> names;
+    if (!fs.ListDirectory(dir, &entries).ok()) return names;
     for (const DirEntry& entry : entries) {
-      if (entry.is_directory) pending.emplace_back(JoinPath(dir, entry.name), depth + 1);
+      if (entry.is_directory) names.push_back(entry.name);
     }
-  }
-  return false;
+    std::sort(names.begin(), names.end());
+    return names;
+  };
+  return FindFileBreadthFirst(name, directory, recurse, is_file, subdirectories, found);
 }
 
 }  // namespace quillon

@@ -8,10 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/path.h"
 #include "platform/status.h"
 
 namespace quillon {
@@ -92,6 +94,39 @@ class FileSystem {
 // `found` gets the full path.
 bool FindFile(FileSystem& fs, const std::string& name, const std::string& directory, bool recurse,
               std::string* found);
+
+// The search behind FindFile, with its two questions asked of the caller so
+// that a cached view of the disk can answer them: `is_file(path)`, and
+// `subdirectories(dir)`, the names of dir's subdirectories in name order.
+// Stops descending 64 levels down, so a link loop cannot run it forever.
+template <typename IsFile, typename Subdirectories>
+bool FindFileBreadthFirst(const std::string& name, const std::string& directory, bool recurse,
+                          IsFile is_file, Subdirectories subdirectories, std::string* found);
+
+// "dir" + separator + "name"; just "name" for an empty directory.
+std::string JoinPath(const std::string& directory, const std::string& name);
+
+template <typename IsFile, typename Subdirectories>
+bool FindFileBreadthFirst(const std::string& name, const std::string& directory, bool recurse,
+                          IsFile is_file, Subdirectories subdirectories, std::string* found) {
+  constexpr int kMaxDepth = 64;
+  std::deque<std::pair<std::string, int>> pending;  // directory, depth
+  pending.emplace_back(directory, 0);
+  while (!pending.empty()) {
+    auto [dir, depth] = std::move(pending.front());
+    pending.pop_front();
+    const std::string candidate = JoinPath(dir, name);
+    if (is_file(candidate)) {
+      *found = NormalizePath(candidate);
+      return true;
+    }
+    if (!recurse || depth >= kMaxDepth) continue;
+    for (const std::string& sub : subdirectories(dir.empty() ? std::string(".") : dir)) {
+      pending.emplace_back(JoinPath(dir, sub), depth + 1);
+    }
+  }
+  return false;
+}
 
 }  // namespace quillon
 
