@@ -19,7 +19,7 @@ constexpr int kTargets = 4;
 constexpr int kGroups = 20;
 
 std::unique_ptr<CProjectData> BigProject() {
-  auto project = std::make_unique<CProjectData>(0);
+  auto project = CProjectData::Create(0);
   project->Initialise(0);
   project->set_project_file("/bench/big.qpj");
   project->AddTarget("Debug", "");
@@ -75,11 +75,11 @@ void BM_LoadProject(benchmark::State& state) {
     bytes = image.size();
     MemoryByteStream stream(std::move(image));
     CSettingsRegistry store(&stream, false);
-    CProjectData project(0);
-    project.Initialise(0);
+    auto project = CProjectData::Create(0);
+    project->Initialise(0);
     store.OpenKey("Project", false);
-    project.Load(store, TransferPass::kShared);
-    if (project.first_target() == nullptr || project.first_target()->files.size() != kFiles) {
+    project->Load(store, TransferPass::kShared);
+    if (project->first_target() == nullptr || project->first_target()->files.size() != kFiles) {
       state.SkipWithError("project did not load");
     }
   }

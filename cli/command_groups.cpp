@@ -10,11 +10,12 @@ void AddFileCommands(Cli& cli);
 void AddOptionCommands(Cli& cli);
 void AddStoreCommands(Cli& cli);
 void AddDepsCommands(Cli& cli);   // deps, why
+void AddBuildCommands(Cli& cli);  // make, build, compile, link, compdb
 
 void AddCommandGroups(Cli& cli) {
   // In the order `qpm --help` lists them.
   for (auto add : {AddProjectCommands, AddTargetCommands, AddGroupCommands, AddFileCommands,
-                   AddOptionCommands, AddDepsCommands, AddStoreCommands}) {
+                   AddOptionCommands, AddBuildCommands, AddDepsCommands, AddStoreCommands}) {
     add(cli);
   }
 }

@@ -6,16 +6,12 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "cli/cli.h"
-#include "cli/dependency_cache.h"
 #include "cli/project_command.h"
-#include "deps/target_scan.h"
-#include "interface/host_observer.h"
-#include "interface/library_state.h"
+#include "interface/host_api.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
 #include "platform/path_key.h"
@@ -35,14 +31,7 @@ struct WhyArgs {
   std::string file;
 };
 
-enum class DepsFormat { kList, kMake, kDot };
-
-// One scanned source and what it depends on; the names are the graph's
-// own, valid while it is not updated.
-struct SourceDeps {
-  std::string source;
-  std::vector<std::string_view> deps;
-};
+using host::SourceDependencies;
 
 // The names an export enumerates by index into `name`.
 template <typename Export>
@@ -54,41 +43,6 @@ std::vector<std::string> Enumerate(Export enumerate, const std::string& of) {
     names.push_back(name);
   }
   return names;
-}
-
-// Every file reachable from `root`, each once, in the order met. Walks the
-// graph itself: asking the exports name by name cost seconds on a big tree.
-std::vector<std::string_view> Closure(const CDependencyNode& root) {
-  std::vector<std::string_view> all;
-  std::unordered_set<const CDependencyNode*> seen;
-  const auto& direct = root.dependencies();
-  std::vector<const CDependencyNode*> pending(direct.rbegin(), direct.rend());
-  while (!pending.empty()) {
-    const CDependencyNode* node = pending.back();
-    pending.pop_back();
-    if (!seen.insert(node).second) continue;
-    all.push_back(node->name());
-    pending.insert(pending.end(), node->dependencies().rbegin(), node->dependencies().rend());
-  }
-  return all;
-}
-
-std::vector<SourceDeps> CollectDeps(CProjectData& project, const CProjectTarget& target,
-                                    bool transitive) {
-  std::vector<SourceDeps> result;
-  for (const CProjectFile* file : target.files) {
-    std::string full = project.FullNameOfFile(file->file_name());
-    const CDependencyNode* root = State().Scanner().FindRoot(full);
-    if (project.IsExcludedFromBuild(*file) || root == nullptr) continue;
-    std::vector<std::string_view> deps;
-    if (transitive) {
-      deps = Closure(*root);
-    } else {
-      for (const CDependencyNode* dep : root->dependencies()) deps.push_back(dep->name());
-    }
-    result.push_back({full, std::move(deps)});
-  }
-  return result;
 }
 
 // Paths as shown, relative to the current directory: each worked out once,
@@ -121,32 +75,32 @@ std::string DotQuoted(const std::string& text) {
   return out + "\"";
 }
 
-void WriteList(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
-  for (const SourceDeps& source : all) {
+void WriteList(const std::vector<SourceDependencies>& all, ShownPaths& shown, std::ostream& out) {
+  for (const SourceDependencies& source : all) {
     out << shown(source.source) << ":\n";
-    for (std::string_view dep : source.deps) out << "  " << shown(dep) << '\n';
+    for (std::string_view dep : source.dependencies) out << "  " << shown(dep) << '\n';
   }
 }
 
 // One rule per source as `gcc -MM` writes them: the object (named after
 // the source), the source, then every dependency.
-void WriteMake(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
-  for (const SourceDeps& source : all) {
+void WriteMake(const std::vector<SourceDependencies>& all, ShownPaths& shown, std::ostream& out) {
+  for (const SourceDependencies& source : all) {
     const std::string& name = shown(source.source);
     std::string object = name.substr(0, name.size() - ExtOfFile(name).size()) + "o";
     if (ExtOfFile(name).empty()) object = name + ".o";
     out << object << ": " << name;
-    for (std::string_view dep : source.deps) out << " \\\n  " << shown(dep);
+    for (std::string_view dep : source.dependencies) out << " \\\n  " << shown(dep);
     out << '\n';
   }
 }
 
 // The graph's edges among everything the sources reach.
-void WriteDot(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostream& out) {
+void WriteDot(const std::vector<SourceDependencies>& all, ShownPaths& shown, std::ostream& out) {
   out << "digraph dependencies {\n  rankdir=LR;\n  node [shape=box, fontsize=10];\n";
   std::set<std::string> drawn;
   std::vector<std::string> pending;
-  for (const SourceDeps& source : all) {
+  for (const SourceDependencies& source : all) {
     out << "  " << DotQuoted(shown(source.source)) << " [style=bold];\n";
     std::vector<std::string> direct = Enumerate(_GetDependenciesFilesOfProjectFile, source.source);
     for (const std::string& dep : direct) {
@@ -166,23 +120,26 @@ void WriteDot(const std::vector<SourceDeps>& all, ShownPaths& shown, std::ostrea
   out << "}\n";
 }
 
-Status NeedDefaultTarget(const CProjectData& project) {
-  if (project.default_target() != nullptr) return Status::OK();
+Status NeedDefaultTarget() {
+  if (host::HasDefaultTarget()) return Status::OK();
   return Status::Error("the project has no default target");
 }
 
-Status Deps(const DepsArgs& args, CProjectData& project, std::ostream& out) {
-  Status status = NeedDefaultTarget(project);
+// A cache that cannot be written costs only time, so it is worth a warning.
+void WarnIfUnsaved(const Status& saved, std::ostream& err) {
+  if (!saved.ok()) err << "qpm: warning: " << saved.message() << '\n';
+}
+
+Status Deps(const DepsArgs& args, std::ostream& out, std::ostream& err) {
+  Status status = NeedDefaultTarget();
   if (!status.ok()) return status;
   if (args.make && args.dot) return Status::Error("--make and --dot exclude each other");
-  CProjectTarget& target = *project.default_target();
-  DependencyCache cache(args.file, project);
+  DependencyCache cache(args.file);
   cache.Load();
-  HostScanObserver observer;
-  State().Scanner().Update(MakeScanRequest(project, target), &observer);
-  cache.SaveIfChanged();
+  host::UpdateDependencies();
+  WarnIfUnsaved(cache.SaveIfChanged(), err);
 
-  std::vector<SourceDeps> all = CollectDeps(project, target, args.transitive || args.make);
+  const auto all = host::DependenciesOfSources(args.transitive || args.make);
   ShownPaths shown(FileSystem::Default().CurrentDirectory());
   if (args.make) {
     WriteMake(all, shown, out);
@@ -194,14 +151,14 @@ Status Deps(const DepsArgs& args, CProjectData& project, std::ostream& out) {
   return Status::OK();
 }
 
-Status Why(const WhyArgs& args, CProjectData& project, std::ostream& out) {
-  Status status = NeedDefaultTarget(project);
+Status Why(const WhyArgs& args, std::ostream& out, std::ostream& err) {
+  Status status = NeedDefaultTarget();
   if (!status.ok()) return status;
-  DependencyCache cache(args.file, project);
+  DependencyCache cache(args.file);
   cache.Load();
   std::vector<std::string> reasons;
   _WhyWeMustBuildProject(&reasons);
-  cache.SaveIfChanged();
+  WarnIfUnsaved(cache.SaveIfChanged(), err);
   for (const std::string& reason : reasons) out << reason << '\n';
   return Status::OK();
 }
@@ -215,7 +172,7 @@ void AddDepsCommands(Cli& cli) {
       "List what each source of the default target includes (unresolved includes are warned "
       "about on standard error)",
       Access::kRead, deps,
-      [&cli](const DepsArgs& args, CProjectData& project) { return Deps(args, project, cli.out()); });
+      [&cli](const DepsArgs& args) { return Deps(args, cli.out(), cli.err()); });
   command->add_flag("--transitive", deps->transitive, "every file reached, not only direct ones");
   command->add_flag("--make", deps->make,
                     "make rules, one per source with every file reached (as gcc -MM writes)");
@@ -227,7 +184,7 @@ void AddDepsCommands(Cli& cli) {
       "Say why the default target would be built, one reason a line; nothing when it is up to "
       "date",
       Access::kRead, why,
-      [&cli](const WhyArgs& args, CProjectData& project) { return Why(args, project, cli.out()); });
+      [&cli](const WhyArgs& args) { return Why(args, cli.out(), cli.err()); });
 }
 
 }  // namespace quillon::qpm

@@ -22,17 +22,15 @@ struct FileArgs {
 };
 
 // Every name is checked before the first is added, so a bad one adds none.
-Status StoredNamesToAdd(const FileArgs& args, CProjectData& project,
-                        std::vector<std::string>* names) {
-  CProjectTarget& first = *project.first_target();
+Status StoredNamesToAdd(const FileArgs& args, std::vector<std::string>* names) {
   for (const std::string& path : args.paths) {
-    std::string name = StoredFileName(project, path);
+    std::string name = StoredFileName(path);
     if (name.empty()) return Status::Error("a file name cannot be empty");
-    if (first.FindFile(name) != nullptr) {
+    if (IsProjectFile(name)) {
       return Status::Error("file " + Quote(name) + " is already in the project");
     }
     for (const std::string& earlier : *names) {
-      if (PathsEqual(project.FullNameOfFile(earlier), project.FullNameOfFile(name))) {
+      if (PathsEqual(FullFileName(earlier), FullFileName(name))) {
         return Status::Error("file " + Quote(name) + " is named twice");
       }
     }
@@ -41,42 +39,35 @@ Status StoredNamesToAdd(const FileArgs& args, CProjectData& project,
   return Status::OK();
 }
 
-Status AddFiles(const FileArgs& args, CProjectData& project) {
-  CLinkGroup* group = nullptr;
-  Status status = FindGroup(project, args.group, &group);
+Status AddFiles(const FileArgs& args) {
+  Status status = FindGroup(args.group);
   std::vector<std::string> names;
-  if (status.ok()) status = StoredNamesToAdd(args, project, &names);
+  if (status.ok()) status = StoredNamesToAdd(args, &names);
   if (!status.ok()) return status;
   for (const std::string& name : names) {
     _AddProjectFile(name.c_str(), args.group.c_str());
     // Projects may list files that a build makes, so a missing one is
     // only worth a word.
-    if (!FileSystem::Default().FileExists(project.FullNameOfFile(name))) {
+    if (!FileSystem::Default().FileExists(FullFileName(name))) {
       *args.err << "qpm: warning: " << Quote(name) << " does not exist (yet)\n";
     }
   }
   return Status::OK();
 }
 
-Status DeleteFileCommand(const FileArgs& args, CProjectData& project) {
-  CProjectFile* file = nullptr;
-  Status status = FindProjectFile(project, args.path, &file);
-  if (!status.ok()) return status;
-  // A copy: the export destroys the file objects.
-  std::string name = file->file_name();
-  _DeleteProjectFile(name.c_str());
-  return Status::OK();
+Status DeleteFileCommand(const FileArgs& args) {
+  std::string name;
+  Status status = FindProjectFile(args.path, &name);
+  if (status.ok()) _DeleteProjectFile(name.c_str());
+  return status;
 }
 
-Status MoveFileCommand(const FileArgs& args, CProjectData& project) {
-  CProjectFile* file = nullptr;
-  CLinkGroup* group = nullptr;
-  Status status = FindProjectFile(project, args.path, &file);
-  if (status.ok()) status = FindGroup(project, args.group, &group);
-  if (!status.ok()) return status;
-  std::string name = file->file_name();
-  _ChangeProjectFileGroup(name.c_str(), args.group.c_str());
-  return Status::OK();
+Status MoveFileCommand(const FileArgs& args) {
+  std::string name;
+  Status status = FindProjectFile(args.path, &name);
+  if (status.ok()) status = FindGroup(args.group);
+  if (status.ok()) _ChangeProjectFileGroup(name.c_str(), args.group.c_str());
+  return status;
 }
 
 constexpr const char* kPathHelp =

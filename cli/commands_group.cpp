@@ -5,6 +5,7 @@
 #include "cli/lookup.h"
 #include "cli/project_command.h"
 #include "cli/text_format.h"
+#include "interface/host_api.h"
 #include "quillon/quillon.h"
 
 namespace quillon::qpm {
@@ -16,26 +17,24 @@ struct GroupArgs {
   std::string direction;
 };
 
-Status AddGroup(const GroupArgs& args, CProjectData& project) {
-  Status status = CheckNewGroupName(project, args.name);
+Status AddGroup(const GroupArgs& args) {
+  Status status = CheckNewGroupName(args.name);
   if (status.ok()) _AddLinkGroup(args.name.c_str());
   return status;
 }
 
-Status DeleteGroup(const GroupArgs& args, CProjectData& project) {
-  CLinkGroup* group = nullptr;
-  Status status = FindGroup(project, args.name, &group);
+Status DeleteGroup(const GroupArgs& args) {
+  Status status = FindGroup(args.name);
   if (status.ok()) _DeleteLinkGroup(args.name.c_str());
   return status;
 }
 
-// No export changes the link order; the model does.
-Status MoveGroup(const GroupArgs& args, CProjectData& project) {
-  CLinkGroup* group = nullptr;
-  Status status = FindGroup(project, args.name, &group);
+// No export changes the link order.
+Status MoveGroup(const GroupArgs& args) {
+  Status status = FindGroup(args.name);
   if (!status.ok()) return status;
   bool up = args.direction == "up";
-  if (!project.MoveLinkGroup(args.name, up ? -1 : 1)) {
+  if (!host::MoveLinkGroup(args.name, up ? -1 : 1)) {
     return Status::Error("link group " + Quote(args.name) + " is already " +
                          (up ? "first" : "last") + " in link order");
   }

@@ -6,7 +6,7 @@
 #include "cli/cli.h"
 #include "cli/option_scope.h"
 #include "cli/project_command.h"
-#include "model/option_fallback.h"
+#include "interface/host_api.h"
 
 namespace quillon::qpm {
 namespace {
@@ -28,55 +28,25 @@ struct OptionArgs {
   }
 };
 
-int ModeOf(const std::string& mode) {
-  if (mode == "inherit") return Inherit;
-  if (mode == "propagate") return Propagate;
-  return Own;
+host::ValueMode ModeOf(const std::string& mode) {
+  if (mode == "inherit") return host::ValueMode::kInherit;
+  if (mode == "propagate") return host::ValueMode::kPropagate;
+  return host::ValueMode::kOwn;
 }
 
-Status Resolve(const OptionArgs& args, CProjectData& project, const OptionInfo** info,
-               OptionScope* scope) {
+Status Resolve(const OptionArgs& args, const OptionInfo** info, OptionScope* scope) {
   Status status = FindOptionKey(args.key, info);
-  return status.ok() ? ResolveScope(project, **info, args.place(), scope) : status;
+  return status.ok() ? ResolveScope(**info, args.place(), scope) : status;
 }
 
-Status GetValue(const OptionArgs& args, CProjectData& project) {
+Status GetValue(const OptionArgs& args) {
   const OptionInfo* info = nullptr;
   OptionScope scope;
-  Status status = Resolve(args, project, &info, &scope);
+  Status status = Resolve(args, &info, &scope);
   if (!status.ok()) return status;
   for (const std::string& value : GetOption(*info, scope)) *args.out << value << '\n';
   return Status::OK();
 }
-
-// What a changed option makes out of date: the files whose own values
-// changed must be translated again, a target whose options changed linked.
-class ChangeMarker {
- public:
-  ChangeMarker(const OptionInfo& info, const OptionScope& scope) : info_(info), scope_(scope) {
-    if (info.level == OptionLevel::kTarget) before_.push_back(GetOption(info, scope));
-    if (info.level != OptionLevel::kFile) return;
-    files_ = scope.file ? std::vector<CProjectFile*>{scope.file} : scope.target->files;
-    for (CProjectFile* file : files_) before_.push_back(GetOption(info, At(file)));
-  }
-
-  void Mark() const {
-    if (info_.level == OptionLevel::kTarget && GetOption(info_, scope_) != before_[0]) {
-      scope_.target->is_changed = true;
-    }
-    for (size_t i = 0; i < files_.size(); ++i) {
-      if (GetOption(info_, At(files_[i])) != before_[i]) files_[i]->is_changed = true;
-    }
-  }
-
- private:
-  OptionScope At(CProjectFile* file) const { return {scope_.project, scope_.target, file}; }
-
-  const OptionInfo& info_;
-  OptionScope scope_;
-  std::vector<CProjectFile*> files_;
-  std::vector<std::vector<std::string>> before_;
-};
 
 Status CheckMode(const OptionArgs& args, const OptionInfo& info, const OptionScope& scope) {
   if (args.mode_option->count() == 0) return Status::OK();
@@ -89,24 +59,16 @@ Status CheckMode(const OptionArgs& args, const OptionInfo& info, const OptionSco
   return Status::OK();
 }
 
-Status SetValue(const OptionArgs& args, CProjectData& project) {
+Status SetValue(const OptionArgs& args) {
   const OptionInfo* info = nullptr;
   OptionScope scope;
-  Status status = Resolve(args, project, &info, &scope);
+  Status status = Resolve(args, &info, &scope);
   if (status.ok()) status = CheckMode(args, *info, scope);
-  if (!status.ok()) return status;
-  ChangeMarker marker(*info, scope);
-  std::string error;
-  bool target_defaults = info->level == OptionLevel::kFile && scope.file == nullptr;
-  bool stored = target_defaults
-                    ? SetTargetFileOption(project, *scope.target, *info, args.values, &error)
-                    : SetOption(*info, scope, args.values, ModeOf(args.mode), &error);
-  if (!stored) return Status::Error(error);
-  marker.Mark();
-  return Status::OK();
+  if (status.ok()) status = host::SetOptionValue(*info, scope, args.values, ModeOf(args.mode));
+  return status;
 }
 
-Status ListOptions(const OptionArgs& args, CProjectData&) {
+Status ListOptions(const OptionArgs& args) {
   for (const OptionInfo& info : OptionCatalogue()) {
     *args.out << std::left << std::setw(28) << info.key << ' ' << std::setw(7)
               << LevelName(info.level) << ' ' << TypeName(info.type) << '\n';

@@ -33,8 +33,8 @@ struct ShowArgs {
 };
 
 Status ShowProject(const ShowArgs& args, std::ostream& out) {
-  return ReadProject(args.file, [&](CProjectData& project) {
-    Json report = DescribeProject(project, args.file);
+  return ReadProject(args.file, [&] {
+    Json report = DescribeProject(args.file);
     if (args.json) {
       // Stored strings are 8-bit in no set encoding; bytes that are not
       // UTF-8 cannot be told in JSON and become U+FFFD.

@@ -2,10 +2,12 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "cli/cli.h"
-#include "cli/project_io.h"
 #include "cli/text_format.h"
+#include "interface/host_api.h"
 
 namespace quillon::qpm {
 namespace {
@@ -14,27 +16,27 @@ struct StoreArgs {
   std::string file;
 };
 
-const char* TypeText(uint8_t type) {
+const char* TypeText(host::StoreType type) {
   switch (type) {
-    case kRegKey:
+    case host::StoreType::kKey:
       return "key";
-    case kRegInt:
+    case host::StoreType::kInt:
       return "int";
-    case kRegInt64:
+    case host::StoreType::kInt64:
       return "int64";
-    case kRegString:
+    case host::StoreType::kString:
       return "string";
-    case kRegStringList:
+    case host::StoreType::kList:
       return "list";
-    case kRegBuffer:
+    case host::StoreType::kBuffer:
       return "buffer";
-    case kRegWords:
+    case host::StoreType::kWords:
       return "words";
   }
   return "unknown";
 }
 
-std::string HexBytes(const std::string& bytes) {
+std::string HexBytes(std::string_view bytes) {
   static constexpr char kHex[] = "0123456789abcdef";
   std::string out = "<";
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -46,52 +48,42 @@ std::string HexBytes(const std::string& bytes) {
   return out + ">";
 }
 
-std::string WordList(const std::vector<uint32_t>& words) {
-  std::string out = "[";
-  for (size_t i = 0; i < words.size(); ++i) out += (i > 0 ? ", " : "") + std::to_string(words[i]);
-  return out + "]";
+std::string Numbers(const std::vector<int64_t>& numbers, const char* separator) {
+  std::string out;
+  for (size_t i = 0; i < numbers.size(); ++i) {
+    out += (i > 0 ? separator : "") + std::to_string(numbers[i]);
+  }
+  return out;
 }
 
 // The value as the line's last field; keys have none.
-std::string ValueText(const RegistryNode& node) {
-  switch (node.type) {
-    case kRegInt:
-      return std::to_string(node.int_value);
-    case kRegInt64:
-      return std::to_string(node.words64[0]) + " " + std::to_string(node.words64[1]);
-    case kRegString:
-      return Quote(node.string_value);
-    case kRegStringList:
-      return QuoteList(node.list_value);
-    case kRegBuffer:
-      return HexBytes(node.string_value);
-    case kRegWords:
-      return WordList(node.words_value);
+std::string ValueText(const host::StoreEntry& entry) {
+  switch (entry.type) {
+    case host::StoreType::kKey:
+      break;
+    case host::StoreType::kInt:
+    case host::StoreType::kInt64:
+      return Numbers(entry.numbers, " ");
+    case host::StoreType::kWords:
+      return "[" + Numbers(entry.numbers, ", ") + "]";
+    case host::StoreType::kString:
+      return Quote(entry.texts[0]);
+    case host::StoreType::kBuffer:
+      return HexBytes(entry.texts[0]);
+    case host::StoreType::kList:
+      return QuoteList(entry.texts);
   }
   return std::string();
 }
 
-// Depth first in stored order, without recursion: a store may nest deeply.
-void DumpTree(const RegistryNode& root, std::ostream& out) {
-  std::vector<std::pair<const RegistryNode*, int>> pending{{&root, 0}};
-  while (!pending.empty()) {
-    auto [node, depth] = pending.back();
-    pending.pop_back();
-    out << std::string(2 * depth, ' ') << TypeText(node->type) << ' ' << QuoteIfNeeded(node->name);
-    if (node->type != kRegKey) out << ' ' << ValueText(*node);
-    out << '\n';
-    for (size_t i = node->child_count(); i-- > 0;) {
-      pending.emplace_back((*node->children)[i].get(), depth + 1);
-    }
-  }
-}
-
+// One line per node: indent by depth, type, name, value.
 Status DumpStore(const StoreArgs& args, std::ostream& out) {
-  std::string bytes;
-  std::unique_ptr<CSettingsRegistry> store;
-  Status status = ReadStoreFile(args.file, nullptr, &bytes, &store);
-  if (status.ok()) DumpTree(store->root(), out);
-  return status;
+  return host::ReadStore(args.file, [&](const host::StoreEntry& entry) {
+    out << std::string(2 * entry.depth, ' ') << TypeText(entry.type) << ' '
+        << QuoteIfNeeded(entry.name);
+    if (entry.type != host::StoreType::kKey) out << ' ' << ValueText(entry);
+    out << '\n';
+  });
 }
 
 }  // namespace

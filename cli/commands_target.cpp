@@ -4,6 +4,7 @@
 #include "cli/cli.h"
 #include "cli/lookup.h"
 #include "cli/project_command.h"
+#include "interface/host_api.h"
 #include "quillon/quillon.h"
 
 namespace quillon::qpm {
@@ -17,43 +18,36 @@ struct TargetArgs {
   CLI::Option* copy_from_option = nullptr;
 };
 
-Status AddTarget(const TargetArgs& args, CProjectData& project) {
-  Status status = CheckNewTargetName(project, args.name);
+Status AddTarget(const TargetArgs& args) {
+  Status status = CheckNewTargetName(args.name);
   if (!status.ok()) return status;
   if (args.copy_from_option->count() == 0) {
     // Groups and files of the first target, default options.
     _AddTarget(args.name.c_str());
     return Status::OK();
   }
-  // Options too: only the model takes a source target.
-  CProjectTarget* source = nullptr;
-  status = FindTarget(project, args.copy_from, &source);
-  if (status.ok()) project.AddTarget(args.name, source->name);
+  // Options too: no export takes a source target.
+  status = FindTarget(args.copy_from);
+  if (status.ok()) host::CopyTarget(args.name, args.copy_from);
   return status;
 }
 
-Status DeleteTarget(const TargetArgs& args, CProjectData& project) {
-  CProjectTarget* target = nullptr;
-  Status status = FindTarget(project, args.name, &target);
+Status DeleteTarget(const TargetArgs& args) {
+  Status status = FindTarget(args.name);
   if (status.ok()) _DeleteTarget(args.name.c_str());
   return status;
 }
 
-Status SetDefaultTarget(const TargetArgs& args, CProjectData& project) {
-  CProjectTarget* target = nullptr;
-  Status status = FindTarget(project, args.name, &target);
+Status SetDefaultTarget(const TargetArgs& args) {
+  Status status = FindTarget(args.name);
   if (status.ok()) _SetTarget(args.name.c_str());
   return status;
 }
 
-Status RenameTarget(const TargetArgs& args, CProjectData& project) {
-  CProjectTarget* target = nullptr;
-  Status status = FindTarget(project, args.name, &target);
-  if (status.ok() && args.new_name != args.name) {
-    status = CheckNewTargetName(project, args.new_name);
-  }
-  // The default target is held by pointer, so it stays the default.
-  if (status.ok()) project.RenameTarget(args.name, args.new_name);
+Status RenameTarget(const TargetArgs& args) {
+  Status status = FindTarget(args.name);
+  if (status.ok() && args.new_name != args.name) status = CheckNewTargetName(args.new_name);
+  if (status.ok()) host::RenameTarget(args.name, args.new_name);
   return status;
 }
 

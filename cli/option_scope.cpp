@@ -19,9 +19,8 @@ Status FindOptionKey(const std::string& key, const OptionInfo** info) {
   return Status::Error("unknown option " + Quote(key) + " (qpm option list shows them all)");
 }
 
-Status ResolveScope(CProjectData& project, const OptionInfo& info, const OptionPlace& place,
-                    OptionScope* scope) {
-  *scope = OptionScope{&project, nullptr, nullptr};
+Status ResolveScope(const OptionInfo& info, const OptionPlace& place, OptionScope* scope) {
+  *scope = host::ProjectScope();
   switch (info.level) {
     case OptionLevel::kGlobal:
     case OptionLevel::kFilter:
@@ -29,14 +28,21 @@ Status ResolveScope(CProjectData& project, const OptionInfo& info, const OptionP
       return Status::OK();
     case OptionLevel::kTarget:
       if (place.file) return NotAt(info, "no --file");
-      return TargetOrDefault(project, place.target, &scope->target);
+      break;
     case OptionLevel::kFile:
       break;
   }
-  Status status = TargetOrDefault(project, place.target, &scope->target);
-  if (status.ok() && place.file)
-    status = FindFile(project, *scope->target, *place.file, &scope->file);
-  return status;
+  std::string target;
+  Status status = TargetOrDefault(place.target, &target);
+  if (!status.ok()) return status;
+  if (info.level == OptionLevel::kFile && place.file) {
+    std::string file;
+    status = FindFile(target, *place.file, &file);
+    if (status.ok()) *scope = host::FileScope(place.target, file);
+    return status;
+  }
+  *scope = host::TargetScope(place.target);
+  return Status::OK();
 }
 
 }  // namespace quillon::qpm

@@ -5,8 +5,7 @@
 
 #include <string>
 
-#include "model/option_catalogue.h"
-#include "model/project_data.h"
+#include "interface/host_api.h"
 #include "platform/status.h"
 
 namespace quillon::qpm {
@@ -23,8 +22,7 @@ Status FindOptionKey(const std::string& key, const OptionInfo** info);
 // The scope of a known option. Global and filter keys take neither place;
 // target keys a target (the default one unless named); file keys the named
 // file of a target, or without --file the target's defaults for its files.
-Status ResolveScope(CProjectData& project, const OptionInfo& info, const OptionPlace& place,
-                    OptionScope* scope);
+Status ResolveScope(const OptionInfo& info, const OptionPlace& place, OptionScope* scope);
 
 }  // namespace quillon::qpm
 

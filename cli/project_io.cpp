@@ -1,9 +1,10 @@
 #include "cli/project_io.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "cli/memory_stream.h"
-#include "interface/library_state.h"
+#include "interface/host_api.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
 #include "quillon/quillon.h"
@@ -15,17 +16,23 @@ namespace {
 // but build messages (such as an include the scanner could not find) go
 // to standard error.
 int QUILLON_CALL IgnoreChange(intptr_t, intptr_t, int) { return 0; }
+OutputHandler& Handler() {
+  static OutputHandler handler;
+  return handler;
+}
+
 int QUILLON_CALL ShowBuildMessages(int code, void* record) {
   if (code != HostOutput || record == nullptr) return 0;
   const auto* output = static_cast<const OutputRecord*>(record);
-  if (output->channel == 0 && output->action == 21 && output->text != nullptr) {
+  if (Handler()) {
+    Handler()(output->channel, output->action, output->text != nullptr ? output->text : "");
+    return 0;
+  }
+  if (output->channel == OutputBuildMessages && output->action == OutputAppendLine &&
+      output->text != nullptr) {
     std::fprintf(stderr, "%s\n", output->text);
   }
   return 0;
-}
-
-Status CannotRead(const std::string& path, const std::string& why) {
-  return Status::Error("cannot read " + path + ": " + why);
 }
 
 // What _Transfer writes for one part.
@@ -33,17 +40,6 @@ std::string TransferOut(int local) {
   MemoryStream stream;
   _Transfer(&stream, 1, local);
   return stream.bytes();
-}
-
-// _Transfer's reading half on a store already parsed: parsing a project of
-// thousands of files twice cost a quarter of loading it.
-void TransferIn(CSettingsRegistry& store, int local) {
-  LibraryState& state = State();
-  state.transfer = TransferContext{false, &store};
-  store.PushKey();
-  if (store.OpenKey(local ? "Project_Local" : "Project", false)) _Load(local);
-  store.PopKey();
-  state.transfer = TransferContext{};
 }
 
 Status WriteIfChanged(const std::string& path, const std::string& bytes) {
@@ -55,26 +51,7 @@ Status WriteIfChanged(const std::string& path, const std::string& bytes) {
 
 }  // namespace
 
-Status ReadStoreFile(const std::string& path, const char* top_key, std::string* bytes,
-                     std::unique_ptr<CSettingsRegistry>* store) {
-  FileSystem& fs = FileSystem::Default();
-  if (fs.DirectoryExists(path)) return CannotRead(path, "it is a directory");
-  Status status = fs.ReadFile(path, bytes);
-  if (!status.ok()) return status;
-  // A reading store parses everything when built and keeps no hold on
-  // the stream afterwards.
-  MemoryByteStream stream(*bytes);
-  auto parsed = std::make_unique<CSettingsRegistry>(&stream, false);
-  if (parsed->LastError() != kRegOK) {
-    return CannotRead(path, CSettingsRegistry::ErrorText(parsed->LastError()));
-  }
-  if (top_key != nullptr && !parsed->HasKey(top_key)) {
-    return CannotRead(path, std::string(CSettingsRegistry::ErrorText(kRegKeyNotFound)) + " (\"" +
-                                top_key + "\")");
-  }
-  *store = std::move(parsed);
-  return Status::OK();
-}
+void SetOutputHandler(OutputHandler handler) { Handler() = std::move(handler); }
 
 OpenProject::OpenProject(std::string path) : path_(std::move(path)) {}
 
@@ -88,22 +65,10 @@ void OpenProject::Begin() {
 }
 
 Status OpenProject::Load() {
-  std::string shared, user;
-  std::unique_ptr<CSettingsRegistry> shared_store, user_store;
-  // _Transfer reports nothing, so the files are parsed and checked here,
-  // and the library loads what was parsed.
-  Status status = ReadStoreFile(path_, "Project", &shared, &shared_store);
-  if (!status.ok()) return status;
-  bool has_user = FileSystem::Default().FileExists(user_path());
-  if (has_user) {
-    status = ReadStoreFile(user_path(), "Project_Local", &user, &user_store);
-    if (!status.ok()) return status;
-  }
   Begin();
-  TransferIn(*shared_store, 0);
-  if (!State().project) return CannotRead(path_, "the project's compiler type is not supported");
-  if (has_user) TransferIn(*user_store, 1);
-  return Status::OK();
+  // _Transfer reports nothing, so the host API reads and checks the files
+  // before the library loads them.
+  return host::LoadProject(path_, user_path());
 }
 
 Status OpenProject::CreateDefault(bool make_source_group) {
@@ -122,12 +87,10 @@ Status OpenProject::Save() const {
   return status;
 }
 
-CProjectData& OpenProject::project() const { return *State().project; }
-
 Status EditProject(const std::string& path, const ProjectEdit& edit) {
   OpenProject open(path);
   Status status = open.Load();
-  if (status.ok()) status = edit(open.project());
+  if (status.ok()) status = edit();
   if (status.ok()) status = open.Save();
   return status;
 }
@@ -135,7 +98,7 @@ Status EditProject(const std::string& path, const ProjectEdit& edit) {
 Status ReadProject(const std::string& path, const ProjectEdit& read) {
   OpenProject open(path);
   Status status = open.Load();
-  return status.ok() ? read(open.project()) : status;
+  return status.ok() ? read() : status;
 }
 
 }  // namespace quillon::qpm

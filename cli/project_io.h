@@ -1,27 +1,18 @@
-// Loading and saving a project through the library, and the one place that
-// reads store files. A project on disk is NAME.qpj (the shared part) and
-// NAME.qpj.user beside it (the per-user part).
+// Loading and saving a project through the library. A project on disk is
+// NAME.qpj (the shared part) and NAME.qpj.user beside it (the per-user part).
 #ifndef QUILLON_CLI_PROJECT_IO_H
 #define QUILLON_CLI_PROJECT_IO_H
 
 #include <functional>
-#include <memory>
 #include <string>
 
-#include "model/project_data.h"
-#include "model/registry/settings_registry.h"
 #include "platform/status.h"
 
 namespace quillon::qpm {
 
-// Reads a store file whole. Fails, naming `path` and the store's own error
-// text, when the file cannot be read or parsed, or when `top_key` is given
-// and missing.
-Status ReadStoreFile(const std::string& path, const char* top_key, std::string* bytes,
-                     std::unique_ptr<CSettingsRegistry>* store);
-
 // The library's current project for the life of one command; the library
-// lets go of it when this object goes out of scope.
+// lets go of it when this object goes out of scope. Commands work on it
+// through the exports and the host API.
 class OpenProject {
  public:
   // `path` as the user gave it: messages name it, and file access uses it.
@@ -38,7 +29,6 @@ class OpenProject {
   // change are left alone.
   Status Save() const;
 
-  CProjectData& project() const;
   const std::string& path() const { return path_; }
   std::string user_path() const { return path_ + ".user"; }
 
@@ -47,7 +37,13 @@ class OpenProject {
   std::string path_;
 };
 
-using ProjectEdit = std::function<Status(CProjectData&)>;
+// Takes the library's output records while a command runs (a build prints
+// them); without one, build messages go to standard error. Called from the
+// build thread too.
+using OutputHandler = std::function<void(int channel, int action, const char* text)>;
+void SetOutputHandler(OutputHandler handler);
+
+using ProjectEdit = std::function<Status()>;
 
 // Loads the project at `path`, runs `edit` and saves only if it succeeded:
 // a failed command leaves both files as they were.

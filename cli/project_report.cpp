@@ -1,7 +1,7 @@
 #include "cli/project_report.h"
 
-#include "model/option_catalogue.h"
-#include "model/option_fallback.h"
+#include "cli/lookup.h"
+#include "interface/host_api.h"
 #include "quillon/quillon.h"
 
 namespace quillon::qpm {
@@ -56,40 +56,23 @@ Json OptionsAt(OptionLevel level, const OptionScope& scope) {
                    [&](const OptionInfo& info) { return DiffersFromDefault(info, scope); });
 }
 
-// A file shows what sets it apart from its target: its own values, and
-// values other than those the target's defaults give files of its kind.
-Json FileOptions(CProjectData& project, CProjectTarget& target, CProjectFile& file) {
-  OptionScope scope{&project, &target, &file};
-  OptionScope target_scope{&project, &target, nullptr};
-  int kind = project.ClassifyFile(file.file_name());
-  return OptionsAt(OptionLevel::kFile, scope, [&](const OptionInfo& info) {
-    if (GetOwnFlag(info, scope)) return true;
-    return FileOptionAppliesTo(info, kind) &&
-           GetOption(info, scope) != GetOption(info, target_scope);
-  });
-}
-
-// File names come from the model: the export gives only display names,
+// File names come from the host API: the exports give only display names,
 // which lose the directory.
-Json DescribeGroup(CProjectData& project, CProjectTarget& target, const std::string& name) {
+Json DescribeGroup(const std::string& target, const std::string& name) {
   Json files = Json::array();
-  if (CLinkGroup* group = target.FindGroup(name)) {
-    for (const auto& file : group->files) {
-      files.push_back(
-          {{"path", file->file_name()}, {"options", FileOptions(project, target, *file)}});
-    }
+  for (const host::GroupFile& file : host::FilesOfGroup(target, name)) {
+    Json options = OptionsAt(OptionLevel::kFile, file.scope, [&](const OptionInfo& info) {
+      return host::FileOptionStandsOut(info, file.scope);
+    });
+    files.push_back({{"path", file.name}, {"options", std::move(options)}});
   }
   return {{"name", name}, {"files", std::move(files)}};
 }
 
-Json DescribeTarget(CProjectData& project, const std::string& name, bool is_default) {
-  CProjectTarget* target = project.FindTarget(name);
-  OptionScope scope{&project, target, nullptr};
+Json DescribeTarget(const std::string& name, bool is_default) {
+  OptionScope scope = host::TargetScope(&name);
   Json groups = Json::array();
-  std::string group;
-  for (int i = 0; _GetLinkGroupName(&group, i, name.c_str()) > i; ++i) {
-    groups.push_back(DescribeGroup(project, *target, group));
-  }
+  for (const std::string& group : GroupNames(name)) groups.push_back(DescribeGroup(name, group));
   return {{"name", name},
           {"default", is_default},
           {"options", OptionsAt(OptionLevel::kTarget, scope)},
@@ -99,16 +82,15 @@ Json DescribeTarget(CProjectData& project, const std::string& name, bool is_defa
 
 }  // namespace
 
-Json DescribeProject(CProjectData& project, const std::string& path) {
+Json DescribeProject(const std::string& path) {
   std::string default_name;
   _GetDefaultTargetName(&default_name);
-  bool has_default = project.default_target() != nullptr;
+  const bool has_default = host::HasDefaultTarget();
   Json targets = Json::array();
-  std::string name;
-  for (int i = 0; _GetTargetName(&name, i) > i; ++i) {
-    targets.push_back(DescribeTarget(project, name, has_default && name == default_name));
+  for (const std::string& name : TargetNames()) {
+    targets.push_back(DescribeTarget(name, has_default && name == default_name));
   }
-  OptionScope scope{&project, nullptr, nullptr};
+  OptionScope scope = host::ProjectScope();
   Json options = {{"global", OptionsAt(OptionLevel::kGlobal, scope)},
                   {"filter", OptionsAt(OptionLevel::kFilter, scope)}};
   return {{"schema", kReportSchema},

@@ -19,15 +19,14 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "model/project_data.h"
-
 namespace quillon::qpm {
 
 using Json = nlohmann::ordered_json;
 
 inline constexpr int kReportSchema = 1;
 
-Json DescribeProject(CProjectData& project, const std::string& path);
+// The library's current project, loaded from `path`.
+Json DescribeProject(const std::string& path);
 
 }  // namespace quillon::qpm
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "cli/text_format.h"
-#include "model/option_catalogue.h"
+#include "interface/host_api.h"
 
 namespace quillon::qpm {
 namespace {

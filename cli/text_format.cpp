@@ -51,7 +51,7 @@ std::string QuoteIfNeeded(std::string_view text) {
   return std::string(text);
 }
 
-std::string QuoteList(const std::vector<std::string>& items) {
+std::string QuoteList(const std::vector<std::string_view>& items) {
   std::string out = "[";
   for (size_t i = 0; i < items.size(); ++i) {
     if (i > 0) out += ", ";

@@ -16,7 +16,7 @@ std::string Quote(std::string_view text);
 // quoted: for names, which rarely need it.
 std::string QuoteIfNeeded(std::string_view text);
 // ["a", "b"], each element quoted.
-std::string QuoteList(const std::vector<std::string>& items);
+std::string QuoteList(const std::vector<std::string_view>& items);
 
 }  // namespace quillon::qpm
 

@@ -2,7 +2,8 @@
 # Builds qpm in the release preset and uses it on the example project:
 # makes examples/blinky's project afresh with the example's own script (in a
 # scratch copy under build/release/demo), checks it against the committed
-# project, and shows it.
+# project, shows it, builds both targets with qpm make, runs the host build,
+# and shows that touching a header rebuilds exactly the files that include it.
 #
 #   scripts/demo.sh
 set -euo pipefail
@@ -11,7 +12,7 @@ set -euo pipefail
 cd "$QUILLON_ROOT"
 
 stage "packages"
-ensure_packages "${QUILLON_NATIVE_PACKAGES[@]}"
+ensure_packages "${QUILLON_NATIVE_PACKAGES[@]}" "${QUILLON_FIRMWARE_PACKAGES[@]}"
 
 stage "build (release)"
 # qpm is on by default; said again in case an earlier configure turned it off.
@@ -52,13 +53,23 @@ stage "qpm deps blinky.qpj (unresolved includes are warned about on standard err
 stage "qpm why blinky.qpj (nothing is built yet)"
 "$qpm" why blinky.qpj
 
-stage "qpm why blinky.qpj after pretending a build: objects and image newer than the sources"
-mkdir -p out/debug
-sleep 0.01
-for source in src/*.c startup/*.asm; do
-  name=$(basename "$source")
-  touch "out/debug/${name%.*}.OBJ"
-done
-echo image > out/debug/blinky.elf
+stage "qpm make blinky.qpj: the host target, with gcc"
+"$qpm" make blinky.qpj
+
+stage "run the host build"
+./out/host/blinky.elf
+
+stage "qpm make blinky.qpj --target Cortex-M: the firmware, with arm-none-eabi-gcc"
+"$qpm" make blinky.qpj --target Cortex-M --quiet
+arm-none-eabi-size out/cortex-m/blinky.elf
+head -n 2 out/cortex-m/blinky.hex
+
+stage "qpm why blinky.qpj: nothing is left to do"
 "$qpm" why blinky.qpj
-echo "(reasons left: the changed-options flags stay until a build clears them)"
+"$qpm" make blinky.qpj --quiet
+
+stage "touch include/config.h: only the files that include it are compiled again"
+sleep 0.01
+touch include/config.h
+"$qpm" why blinky.qpj
+"$qpm" make blinky.qpj --quiet

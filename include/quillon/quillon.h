@@ -74,9 +74,20 @@ struct BuildResultRecord {
   int mode;       // the MakeMode of the build
 };
 
-// Output channels: 0 build messages, 1 translator output, 2 end of a group.
-// Actions: 20 clear, 21 append a line, 22 a dependency update starts,
-// 0 (channel 2) show what was appended.
+// Where an OutputRecord goes, and what it does there.
+enum OutputChannel {
+  OutputBuildMessages = 0,
+  OutputTranslatorOutput = 1,
+  OutputEndOfGroup = 2,  // with OutputShow: the host may show what was appended
+};
+
+enum OutputAction {
+  OutputShow = 0,
+  OutputClear = 20,
+  OutputAppendLine = 21,
+  OutputDependencyUpdate = 22,  // a dependency update starts
+};
+
 struct OutputRecord {
   int channel;
   int action;

@@ -81,7 +81,7 @@ std::string CMessageTable::FormatNumbered(int number, const char* arg1, const ch
 
 void CMessageTable::ReportMessage(int number, const char* arg1, bool to_build_channel,
                                   const char* arg2, const char* arg3) {
-  Send(to_build_channel ? kBuildChannel : kTranslatorChannel,
+  Send(to_build_channel ? OutputBuildMessages : OutputTranslatorOutput,
        FormatNumbered(number, arg1, arg2, arg3));
 }
 
@@ -117,7 +117,7 @@ std::string CMessageTable::FormatErrorListLine(int kind, std::string_view file, 
   } else {
     ++warning_count_;
   }
-  Send(kBuildChannel, line);
+  Send(OutputBuildMessages, line);
   return line;
 }
 
@@ -127,7 +127,7 @@ void CMessageTable::ResetCounts() {
 }
 
 void CMessageTable::Send(int channel, const std::string& line) {
-  if (OutputSink* sink = sink_.load()) sink->Output(channel, kOutputAction, line);
+  if (OutputSink* sink = sink_.load()) sink->Output(channel, OutputAppendLine, line);
 }
 
 CMessageTable& MessageTable() {

@@ -12,15 +12,12 @@
 #include <string_view>
 
 #include "build/output_sink.h"
+#include "quillon/quillon.h"
 
 namespace quillon {
 
 class CMessageTable {
  public:
-  static constexpr int kBuildChannel = 0;
-  static constexpr int kTranslatorChannel = 1;
-  static constexpr int kOutputAction = 21;
-
   enum Severity { kError = 0, kWarning = 1, kFatal = 2 };
 
   CMessageTable() = default;

@@ -76,33 +76,4 @@ int CThread::exit_code() const {
   return exit_code_;
 }
 
-void CEvent::Set() {
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    set_ = true;
-  }
-  if (manual_reset_) {
-    cv_.notify_all();
-  } else {
-    cv_.notify_one();
-  }
-}
-
-void CEvent::Reset() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  set_ = false;
-}
-
-bool CEvent::Wait(int timeout_ms) {
-  std::unique_lock<std::mutex> lock(mutex_);
-  auto is_set = [this] { return set_; };
-  if (timeout_ms < 0) {
-    cv_.wait(lock, is_set);
-  } else if (!cv_.wait_for(lock, std::chrono::milliseconds(timeout_ms), is_set)) {
-    return false;
-  }
-  if (!manual_reset_) set_ = false;
-  return true;
-}
-
 }  // namespace quillon

@@ -1,5 +1,4 @@
-// The small thread, mutex and event wrappers that the build and the dialogs
-// use, on std::thread.
+// The thread wrapper the build runs its worker on, on std::thread.
 //
 // Failures are return values that carry a CMT_Exception (code and OS error).
 // Nothing a thread body throws escapes it: the thread then ends with exit
@@ -70,36 +69,6 @@ class CThread {
   std::condition_variable finished_cv_;
   bool finished_ = false;
   int exit_code_ = 0;
-};
-
-// A mutex that its owner may lock again, as the dialogs expect.
-class CMutex {
- public:
-  void lock() { mutex_.lock(); }
-  bool try_lock() { return mutex_.try_lock(); }
-  void unlock() { mutex_.unlock(); }
-
- private:
-  std::recursive_mutex mutex_;
-};
-
-// A signal between threads. A manual-reset event stays set until Reset(); an
-// automatic one lets one waiter through and clears itself.
-class CEvent {
- public:
-  explicit CEvent(bool manual_reset = true, bool initially_set = false)
-      : manual_reset_(manual_reset), set_(initially_set) {}
-
-  void Set();
-  void Reset();
-  // True when the event was set within the timeout (negative: for ever).
-  bool Wait(int timeout_ms = -1);
-
- private:
-  const bool manual_reset_;
-  std::mutex mutex_;
-  std::condition_variable cv_;
-  bool set_;
 };
 
 }  // namespace quillon

@@ -85,7 +85,7 @@ std::string ScanSettingsFingerprint(const ScanRequest& request) {
     print += path.directory;
     print += path.search_subdirs ? "|1;" : "|0;";
   }
-  const IncludeKeywordSettings& k = request.keywords;
+  const KeywordIncludeRules& k = request.keywords;
   print += k.valid ? "V" : "v";
   print += k.req_blanks ? "R" : "r";
   print += k.allow_blanks ? "A" : "a";

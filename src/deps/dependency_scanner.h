@@ -110,7 +110,7 @@ class CDependencyScanner {
   std::vector<Frame> stack_;
 
   // Set for the length of one update.
-  const IncludeKeywordSettings* keywords_ = nullptr;
+  const KeywordIncludeRules* keywords_ = nullptr;
   ScanObserver* observer_ = nullptr;
 
   int files_scanned_ = 0;

@@ -1,7 +1,6 @@
 #include "deps/directory_cache.h"
 
 #include <algorithm>
-#include <deque>
 #include <utility>
 
 #include "platform/path.h"
@@ -21,20 +20,6 @@ bool HasDotComponent(std::string_view path) {
     }
   }
   return false;
-}
-
-// Names that Windows can open although no listed entry is spelled so:
-// short 8.3 names, trailing dots and blanks, streams, case folding beyond
-// ASCII.
-bool MayExistUnlisted([[maybe_unused]] std::string_view name) {
-#ifdef _WIN32
-  if (name.find_first_of("~:") != std::string_view::npos) return true;
-  if (name.back() == '.' || name.back() == ' ') return true;
-  return std::any_of(name.begin(), name.end(),
-                     [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-#else
-  return false;
-#endif
 }
 
 // The directory as listings are keyed and listed: without its trailing
@@ -77,7 +62,7 @@ bool DirectoryCache::IsFile(const std::string& path) {
       break;
   }
   auto it = listing.entries.find(name);
-  if (it == listing.entries.end()) return MayExistUnlisted(name) && StatIsFile(path);
+  if (it == listing.entries.end()) return MayOpenUnlisted(name) && StatIsFile(path);
   return Confirm(it->second, path);
 }
 
@@ -106,7 +91,7 @@ DirectoryCache::Lookup DirectoryCache::FindBelow(std::string_view directory,
     while (end < name.size() && !IsPathSeparator(name[end])) ++end;
     const std::string_view part = name.substr(start, end - start);
     auto it = listing->entries.find(part);
-    if (it == listing->entries.end()) return MayExistUnlisted(part) ? by_stat() : Lookup{};
+    if (it == listing->entries.end()) return MayOpenUnlisted(part) ? by_stat() : Lookup{};
     Entry& entry = it->second;
     if (end == name.size()) {
       return Confirm(entry, full_path()) ? Lookup{true, &entry} : Lookup{};
@@ -147,7 +132,7 @@ bool DirectoryCache::KnownMissing(std::string_view directory) const {
   if (parent == listings_.end()) return false;
   const Listing& listing = parent->second;
   if (listing.state == Listing::kMissing) return true;
-  if (listing.state != Listing::kListed || MayExistUnlisted(name)) return false;
+  if (listing.state != Listing::kListed || MayOpenUnlisted(name)) return false;
   auto entry = listing.entries.find(name);
   return entry == listing.entries.end() || !entry->second.is_directory;
 }

@@ -42,7 +42,7 @@ LineMatch MatchDirectiveLine(std::string_view line, char directive) {
   return {};
 }
 
-std::string_view MatchKeywordLine(std::string_view line, const IncludeKeywordSettings& settings) {
+std::string_view MatchKeywordLine(std::string_view line, const KeywordIncludeRules& settings) {
   const size_t blanks = SkipBlanks(line, 0);
   if (blanks > 0 ? !settings.allow_blanks : settings.req_blanks) return {};
   std::string_view rest = line.substr(blanks);

@@ -54,7 +54,7 @@ class DirectiveScanner {
 
 // Keyword style (the caller checks `settings.valid`). Returns the name with
 // trailing blanks cut, or an empty view when the line is no directive.
-std::string_view MatchKeywordLine(std::string_view line, const IncludeKeywordSettings& settings);
+std::string_view MatchKeywordLine(std::string_view line, const KeywordIncludeRules& settings);
 
 // Lines one by one, for the keyword style.
 class LineReader {

@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "model/include_keyword.h"
-
 namespace quillon {
 
 // kNone: neither a compiler nor an assembler source; such a file gets no
@@ -29,11 +27,25 @@ struct ScanSource {
   int file_index = -1;
 };
 
+// How keyword-style (assembler) sources name their includes: a keyword of
+// the user's choosing, where the name starts and ends, and whether blanks
+// before the keyword are allowed or required. The project keeps the same
+// settings with its global options; the library layer copies them here.
+struct KeywordIncludeRules {
+  bool valid = false;  // scan keyword-style sources at all
+  bool req_blanks = true;
+  bool allow_blanks = true;
+  std::string keyword;
+  std::string start;
+  std::string end;
+  bool operator==(const KeywordIncludeRules&) const = default;
+};
+
 struct ScanRequest {
   // In the target's file order, files excluded from the build left out.
   std::vector<ScanSource> sources;
   std::vector<IncludeSearchPath> include_paths;
-  IncludeKeywordSettings keywords;
+  KeywordIncludeRules keywords;
   std::string indirection_file;  // a full path, or empty
   // Number of the target's files; -1: the size of `sources`.
   int file_count = -1;

@@ -31,7 +31,8 @@ ScanRequest MakeRequest(const CProjectData& project, const CProjectTarget& targe
     if (dir.empty()) continue;
     request.include_paths.push_back({project.FullNameOfFile(dir), include.search_subdirs});
   }
-  request.keywords = global.include_keyword();
+  const IncludeKeywordSettings& k = global.include_keyword();
+  request.keywords = {k.valid, k.req_blanks, k.allow_blanks, k.keyword, k.start, k.end};
   request.indirection_file = project.IndirectionFile(target);
   return request;
 }

@@ -1,41 +1,38 @@
 // The build boundary: starting, stopping and polling a build.
-#include "build/message_table.h"
+#include <cstdlib>
+
+#include "build/make_engine.h"
 #include "interface/export_guard.h"
 #include "interface/library_state.h"
+#include "platform/environment.h"
 #include "quillon/quillon.h"
 
 using namespace quillon;
 
 namespace {
 
-// "There are no files in default target !"
-constexpr int kNoFilesMessage = 8;
+// How many compiles may run at once: QUILLON_JOBS when it is a number above
+// one, else one, which is the engine exactly as it always ran.
+int JobsFromEnvironment() {
+  const std::string value = GetEnvironmentVariable("QUILLON_JOBS");
+  char* end = nullptr;
+  long jobs = std::strtol(value.c_str(), &end, 10);
+  if (value.empty() || *end != '\0' || jobs < 1) return 1;
+  return static_cast<int>(std::min(jobs, 256L));
+}
 
 }  // namespace
 
 void QUILLON_CALL _Make(int mode, const std::vector<std::string>* files) {
-  (void)mode;
-  (void)files;
   Guarded([&] {
     LibraryState& state = State();
     if (!state.project) return;
-    if (state.project->default_target() == nullptr) {
+    CProjectTarget* target = state.project->default_target();
+    if (target == nullptr) {
       state.ui->ShowMessage("Target is not defined !", MessageBoxKind::kOk);
       return;
     }
-    CProjectData& project = *state.project;
-    project.build_result = 0;
-    state.Output(1, 20, "");
-    state.Output(0, 20, "");
-    MessageTable().ResetCounts();
-    project.target_set().make_activity = MakeStateIdle;
-    const bool external_make = project.global_options().GetInt(kExternalMake, 0) != 0;
-    if (!external_make && project.default_target()->files.empty()) {
-      // Nothing to build: said as a build message, with the failure beep.
-      MessageTable().ReportMessage(kNoFilesMessage, nullptr, true);
-      if (project.global_options().GetInt(kBeepWhenDone, 0)) state.ui->Beep(500, 150);
-      return;
-    }
+    state.Engine().Start(*state.project, *target, mode, files, JobsFromEnvironment());
   });
 }
 
@@ -43,8 +40,7 @@ void QUILLON_CALL _StopMake(void) {
   Guarded([] {
     LibraryState& state = State();
     if (!state.project) return;
-    state.project->target_set().make_activity = MakeStateFailed;
-    state.Output(0, 21, "Process terminated at user request.");
+    state.Engine().Stop();
   });
 }
 
@@ -52,6 +48,6 @@ int QUILLON_CALL _WhatIsInProgress(void) {
   return Guarded(static_cast<int>(MakeStateNoProject), [] {
     LibraryState& state = State();
     if (!state.project) return static_cast<int>(MakeStateNoProject);
-    return state.project->target_set().make_activity.load();
+    return state.Engine().state();
   });
 }

@@ -1,5 +1,6 @@
 // Dependency exports: updating the include graph, querying it, and asking
 // why the default target would be built.
+#include "build/build_services.h"
 #include "deps/target_scan.h"
 #include "deps/up_to_date.h"
 #include "interface/export_guard.h"
@@ -56,10 +57,12 @@ void QUILLON_CALL _UpdateAllDependencies(void) {
     ChangeBracket bracket;
     CProjectTarget* target = state.project->default_target();
     if (target == nullptr) {
-      if (state.project->global_options().GetInt(kBeepWhenDone, 0)) state.ui->Beep(500, 150);
+      if (state.project->global_options().GetInt(kBeepWhenDone, 0)) {
+        state.ui->Beep(kFailureTone.frequency_hz, kFailureTone.duration_ms);
+      }
       return;
     }
-    state.Output(0, 22, "");
+    state.Output(OutputBuildMessages, OutputDependencyUpdate, "");
     state.Scanner().SetReset();
     UpdateDependencies(state, *target);
   });

@@ -41,6 +41,7 @@ int QUILLON_CALL _InitProjectData(ProjectChangeCallback onChange, HostCallback h
 
 void QUILLON_CALL _DoneProjectData(void) {
   Guarded([] {
+    State().EndBuild();
     State().project.reset();
     State().working_copy.reset();
     State().Scanner().Clear();
@@ -82,6 +83,7 @@ int QUILLON_CALL _Load(int local) {
     state.local_transfer = local;
     int32_t compiler_type = 0;
     if (local == 0 && store->ReadInt("CompilerType", &compiler_type)) {
+      state.EndBuild();
       state.project.reset();
       auto project = CreateProject(compiler_type);
       if (project) project->Initialise(0);
@@ -110,6 +112,7 @@ void QUILLON_CALL _CreateDefaultProject(int compilerType, int makeSourceGroup) {
   Guarded([&] {
     LibraryState& state = State();
     ChangeBracket bracket;
+    state.EndBuild();
     state.project.reset();
     auto project = CreateProject(compilerType);
     if (!project) return;

@@ -1,5 +1,12 @@
 #include "interface/library_state.h"
 
+#include <chrono>
+#include <thread>
+
+#include "build/message_table.h"
+#include "interface/host_observer.h"
+#include "platform/environment.h"
+
 namespace quillon {
 
 LibraryState& State() {
@@ -8,6 +15,7 @@ LibraryState& State() {
 }
 
 void LibraryState::InstallProject(std::unique_ptr<CProjectData> replacement) {
+  EndBuild();
   project = std::move(replacement);
   if (project && !irf_file_name.empty()) project->set_project_file(irf_file_name);
 }
@@ -28,8 +36,47 @@ CDependencyScanner& LibraryState::Scanner() {
 }
 
 void LibraryState::SetFileSystem(FileSystem* file_system) {
+  EndBuild();
   fs = file_system;
   scanner_.reset();
+  engine_.reset();
+}
+
+void LibraryState::SetProcessRunner(ProcessRunner* process_runner) {
+  EndBuild();
+  runner = process_runner;
+  engine_.reset();
+}
+
+CMakeEngine& LibraryState::Engine() {
+  if (engine_) return *engine_;
+  static HostScanObserver observer;
+  BuildServices services;
+  services.fs = fs;
+  services.runner = runner;
+  services.ui = ui;
+  services.sink = &TheHostOutputSink();
+  services.messages = &MessageTable();
+  services.scanner = &Scanner();
+  services.scan_observer = &observer;
+  services.host = [this](int code, void* record) {
+    if (host != nullptr) host(code, record);
+  };
+  services.environment_variable = [](const std::string& name) {
+    return GetEnvironmentVariable(name);
+  };
+  services.sleep = [](int milliseconds) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  };
+  services.temp_directory = TemporaryDirectory();
+  services.host_directory = GetEXEDir();
+  engine_ = std::make_unique<CMakeEngine>(std::move(services));
+  return *engine_;
+}
+
+void LibraryState::EndBuild() {
+  if (engine_ && engine_->running()) engine_->Stop();
+  if (engine_) engine_->Join();
 }
 
 void LibraryState::Status(const char* text, int flag, int percent) const {

@@ -8,10 +8,12 @@
 #include <memory>
 #include <string>
 
+#include "build/make_engine.h"
 #include "deps/dependency_scanner.h"
 #include "model/project_data.h"
 #include "model/registry/settings_registry.h"
 #include "platform/file_system.h"
+#include "platform/process_runner.h"
 #include "platform/ui_services.h"
 #include "quillon/quillon.h"
 
@@ -38,11 +40,21 @@ class LibraryState {
 
   FileSystem* fs = &FileSystem::Default();
   UiServices* ui = &UiServices::Default();
+  ProcessRunner* runner = &ProcessRunner::Default();
 
   // The include graph, kept between builds; made on first use over `fs`.
   CDependencyScanner& Scanner();
   // Swaps the file system (tests); the graph starts again empty.
   void SetFileSystem(FileSystem* file_system);
+
+  // The make driver, made on first use over the services above; it owns the
+  // state of a build (the make state the host polls, the last result).
+  CMakeEngine& Engine();
+  // Ends a build under way and waits for its thread: the project it builds
+  // is about to go.
+  void EndBuild();
+  // Swaps the process runner (tests); the driver is made again.
+  void SetProcessRunner(ProcessRunner* process_runner);
 
   // Makes `replacement` the current project, tied to the IRF file.
   void InstallProject(std::unique_ptr<CProjectData> replacement);
@@ -57,6 +69,7 @@ class LibraryState {
 
  private:
   std::unique_ptr<CDependencyScanner> scanner_;
+  std::unique_ptr<CMakeEngine> engine_;
 };
 
 LibraryState& State();

@@ -1,6 +1,6 @@
 // How assembler-style sources name their includes: a keyword of the user's
 // choosing, where the name starts and ends, and whether leading blanks are
-// allowed or required. Kept with the global options; read by the scanner.
+// allowed or required. Kept with the global options; the scanner gets a copy.
 #ifndef QUILLON_MODEL_INCLUDE_KEYWORD_H
 #define QUILLON_MODEL_INCLUDE_KEYWORD_H
 

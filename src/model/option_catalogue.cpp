@@ -34,6 +34,8 @@ std::vector<OptionInfo> BuildCatalogue() {
     all.push_back({keyword_strings[id], g, OptionType::kString, OptionAccess::kKeywordString, id,
                    nullptr});
   }
+  all.push_back({"FilterName", OptionLevel::kFilter, OptionType::kString,
+                 OptionAccess::kFilterName, 0, nullptr});
   const char* filter_flags[] = {"CmpUseDefaultName", "AsmUseDefaultName", "LinkUseDefaultName"};
   const char* filter_names[] = {"CmpCustomFilterName", "AsmCustomFilterName",
                                 "LinkCustomFilterName"};
@@ -197,6 +199,8 @@ std::vector<std::string> GetOption(const OptionInfo& info, const OptionScope& sc
       return {FlagText(*FilterFlag(project.target_set().filter_selection, info.id))};
     case OptionAccess::kFilterString:
       return {*FilterString(project.target_set().filter_selection, info.id)};
+    case OptionAccess::kFilterName:
+      return {project.target_set().filter_name};
     case OptionAccess::kTargetInt:
       return {std::to_string(TargetSet(scope).GetInt(info.id, 0))};
     case OptionAccess::kTargetString:
@@ -283,6 +287,9 @@ bool SetOption(const OptionInfo& info, const OptionScope& scope,
     case OptionAccess::kFilterString:
       *FilterString(project.target_set().filter_selection, info.id) = values[0];
       break;
+    case OptionAccess::kFilterName:
+      project.target_set().filter_name = values[0];
+      break;
     case OptionAccess::kTargetInt:
       TargetSet(scope).SetInt(info.id, number, mode);
       break;
@@ -300,7 +307,9 @@ bool SetOption(const OptionInfo& info, const OptionScope& scope,
 }
 
 bool DiffersFromDefault(const OptionInfo& info, const OptionScope& scope) {
-  CProjectData fresh(scope.project->compiler_type());
+  // A fresh project of the same family, so that its defaults are the family's.
+  std::unique_ptr<CProjectData> owner = scope.project->Clone();
+  CProjectData& fresh = *owner;
   fresh.Initialise(0);
   OptionScope fresh_scope{&fresh, nullptr, nullptr};
   if (info.level == OptionLevel::kTarget || info.level == OptionLevel::kFile) {

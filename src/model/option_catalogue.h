@@ -42,6 +42,7 @@ enum class OptionAccess {
   kKeywordString,  // id: 0 DF_Keyword, 1 DF_Start, 2 DF_End
   kFilterFlag,     // id: 0 compiler, 1 assembler, 2 linker
   kFilterString,   // id: as kFilterFlag
+  kFilterName,     // the project's output filter
   kTargetInt,      // id: target integer id
   kTargetString,   // id: target string id
   kFileInt,        // id: file integer id

@@ -7,12 +7,14 @@
 
 namespace quillon {
 
-CProjectData::CProjectData(int compiler_type)
-    : compiler_type_(compiler_type),
-      target_set_(std::make_unique<CProjectTargetSet>(*this)),
-      project_options_(NewProjectOptions()),
-      global_options_(std::make_unique<CGlobalOptions>()),
-      file_default_options_(NewFileOptions()) {}
+CProjectData::CProjectData(int compiler_type) : compiler_type_(compiler_type) {}
+
+void CProjectData::CreateOptionSets() {
+  target_set_ = std::make_unique<CProjectTargetSet>(*this);
+  project_options_ = NewProjectOptions();
+  global_options_ = NewGlobalOptions();
+  file_default_options_ = NewFileOptions();
+}
 
 CProjectData::~CProjectData() = default;
 
@@ -28,12 +30,10 @@ std::unique_ptr<COptionSet> CProjectData::NewTargetOptions() const {
 std::unique_ptr<COptionSet> CProjectData::NewProjectOptions() const {
   return std::make_unique<CProjectOptions>();
 }
-std::unique_ptr<COptionSet> CProjectData::NewGlobalOptions() const {
+std::unique_ptr<CGlobalOptions> CProjectData::NewGlobalOptions() const {
   return std::make_unique<CGlobalOptions>();
 }
-std::unique_ptr<CProjectData> CProjectData::Clone() const {
-  return std::make_unique<CProjectData>(compiler_type_);
-}
+std::unique_ptr<CProjectData> CProjectData::Clone() const { return Create(compiler_type_); }
 
 int CProjectData::Initialise(int level) {
   target_set_->Initialise(level);
@@ -56,7 +56,6 @@ void CProjectData::CopyFrom(const CProjectData& other) {
   compiler_type_ = other.compiler_type_;
   project_file_ = other.project_file_;
   directory_ = other.directory_;
-  build_result = other.build_result;
   target_set_->CopyFrom(*other.target_set_);
   other.project_options_->CopyTo(*project_options_);
   other.global_options_->CopyTo(*global_options_);
@@ -338,7 +337,7 @@ std::string CProjectData::IndirectionFile(const CProjectTarget& target) const {
 
 std::unique_ptr<CProjectData> CreateProject(int compiler_type) {
   if (compiler_type != 0) return nullptr;
-  return std::make_unique<CProjectData>(compiler_type);
+  return CProjectData::Create(compiler_type);
 }
 
 }  // namespace quillon

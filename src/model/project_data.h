@@ -30,7 +30,16 @@ enum FileKind {
 
 class CProjectData {
  public:
-  explicit CProjectData(int compiler_type = 0);
+  // A project of the family `Family` (this class or one derived from it)
+  // with its option sets made by the family's factory below. Only this
+  // makes projects: while a constructor runs, virtual calls never reach the
+  // derived family. A derived family befriends CProjectData.
+  template <typename Family = CProjectData>
+  static std::unique_ptr<Family> Create(int compiler_type = 0) {
+    std::unique_ptr<Family> project(new Family(compiler_type));
+    project->CreateOptionSets();
+    return project;
+  }
   virtual ~CProjectData();
   CProjectData(const CProjectData&) = delete;
   CProjectData& operator=(const CProjectData&) = delete;
@@ -41,7 +50,7 @@ class CProjectData {
   virtual std::unique_ptr<COptionSet> NewLinkGroupOptions() const;
   virtual std::unique_ptr<COptionSet> NewTargetOptions() const;
   virtual std::unique_ptr<COptionSet> NewProjectOptions() const;
-  virtual std::unique_ptr<COptionSet> NewGlobalOptions() const;
+  virtual std::unique_ptr<CGlobalOptions> NewGlobalOptions() const;
   // A new, empty project of the same family.
   virtual std::unique_ptr<CProjectData> Clone() const;
 
@@ -63,7 +72,6 @@ class CProjectData {
   COptionSet& file_default_options() { return *file_default_options_; }
 
   int compiler_type() const { return compiler_type_; }
-  int build_result = 0;
 
   // The project file (the IRF name); relative names are resolved against
   // its directory, which keeps a trailing separator.
@@ -115,7 +123,12 @@ class CProjectData {
   // The target's indirection file as a full path, or empty.
   std::string IndirectionFile(const CProjectTarget& target) const;
 
+ protected:
+  explicit CProjectData(int compiler_type);
+
  private:
+  void CreateOptionSets();
+
   int compiler_type_;
   std::string project_file_;
   std::string directory_;

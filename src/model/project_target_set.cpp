@@ -37,7 +37,6 @@ void CProjectTargetSet::CopyFrom(const CProjectTargetSet& other) {
   filter_name = other.filter_name;
   filter_selection = other.filter_selection;
   dependencies_changed = other.dependencies_changed;
-  make_activity = other.make_activity.load();
   targets.clear();
   default_target = nullptr;
   for (const auto& source : other.targets) {

@@ -3,7 +3,6 @@
 #ifndef QUILLON_MODEL_PROJECT_TARGET_SET_H
 #define QUILLON_MODEL_PROJECT_TARGET_SET_H
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,8 +25,6 @@ class CProjectTargetSet {
   std::string filter_name = kNoFilter;
   CFilterSelection filter_selection;
   std::vector<std::unique_ptr<CProjectTarget>> targets;
-  // The build driver's state, polled by the host.
-  std::atomic<int> make_activity{0};
   // One of `targets`, or null.
   CProjectTarget* default_target = nullptr;
   // Set when files were added or removed since the last dependency update.

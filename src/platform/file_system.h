@@ -106,6 +106,11 @@ bool FindFileBreadthFirst(const std::string& name, const std::string& directory,
 // "dir" + separator + "name"; just "name" for an empty directory.
 std::string JoinPath(const std::string& directory, const std::string& name);
 
+// Whether the OS may open a file by `name` (one path component) although no
+// directory listing spells it so: on Windows short 8.3 names, trailing dots
+// and blanks, alternate streams and case folding beyond ASCII; never on POSIX.
+bool MayOpenUnlisted(std::string_view name);
+
 template <typename IsFile, typename Subdirectories>
 bool FindFileBreadthFirst(const std::string& name, const std::string& directory, bool recurse,
                           IsFile is_file, Subdirectories subdirectories, std::string* found) {

@@ -36,37 +36,60 @@ done
 cat >"$work/expected.txt" <<'TXT'
 project blinky.qpj
 targets:
-  * "blinky - Debug"
-    "Release"
+  * "Host"
+    "Cortex-M"
 global options:
+  DisplayParameters = 1
   ExecutableFileName = "blinky.elf"
+  COutExtensions = "o"
+  AInpExtensions = "S"
+  AOutExtensions = "o"
+  LInpExtensions = "o;a"
+  RunAfterLinker = "tools/elf2hex.sh"
+  RunAfterLinkerParam = "$(OUTPUTPATH)"
+  CompilerRelPath = "env"
+  AssemblerRelPath = "env"
+  LinkerRelPath = "env"
   IncludePaths = ["include", "drivers/include"]
   IncludeSearchSubDirs = [False, False]
+filter options:
+  FilterName = "GCC"
 
-target "blinky - Debug" (default)
+target "Host" (default)
   target options:
-    TargetDirectory = "out/debug"
+    TargetDirectory = "out/host"
+    LinkerOptions = "gcc -o $(OUTPUTPATH) & & &"
   file defaults:
-    CompilerOptions = "-g -O0 $(EDNAME)" (own)
-    AssemblerOptions = "-g $(EDNAME)" (own)
+    CompilerOptions = "gcc -c -fno-show-column -std=c11 -Wall -Wextra -O2 -g -I$(IRFDIR)include $(EDNAME) -o $(OUTPUTDIR)$(NOEXT).o" (own)
+    AssemblerOptions = "gcc -c -fno-show-column -g $(EDNAME) -o $(OUTPUTDIR)$(NOEXT).o" (own)
   group "Startup"
-    startup/startup.asm
+    startup/startup.S
+      ExcludeFromMake = Yes (own)
   group "Source files"
     src/main.c
     src/led.c
     src/timer.c
     src/uart.c
+  group "Drivers"
+    drivers/board_stm32f1.c
+      ExcludeFromMake = Yes (own)
     drivers/gpio.c
+      ExcludeFromMake = Yes (own)
+    drivers/board_host.c
 TXT
 diff -u "$work/expected.txt" "$work/show.txt"
 
-# Release was copied from Debug and then given options of its own.
+# Cortex-M builds the other board, with its own options.
 "$qpm" show "$work/blinky/blinky.qpj" --all >"$work/all.txt"
-for line in 'target "Release"' '    TargetDirectory = "out/release"' \
-            '    CompilerOptions = "-O2 -DNDEBUG $(EDNAME)" (own)' \
-            '      CompilerOptions = "-O1 $(EDNAME)" (own)'; do
-  grep -qxF -- "$line" "$work/all.txt" || {
-    echo "qpm show --all lacks: $line" >&2
+sed -n '/^target "Cortex-M"$/,$p' "$work/all.txt" >"$work/cortex-m.txt"
+for line in '    TargetDirectory = "out/cortex-m"' '    drivers/board_host.c' \
+            '      ExcludeFromMake = Yes (own)'; do
+  grep -qxF -- "$line" "$work/cortex-m.txt" || {
+    echo "qpm show --all: target Cortex-M lacks: $line" >&2
     exit 1
   }
 done
+grep -qF 'CompilerOptions = "arm-none-eabi-gcc -c -fno-show-column' "$work/cortex-m.txt" || {
+  echo "qpm show --all: target Cortex-M lacks its own compiler options" >&2
+  exit 1
+}

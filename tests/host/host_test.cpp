@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -53,6 +54,7 @@ BeforeInit& StateBeforeInit() {
 }
 
 std::string Native(const std::filesystem::path& path) { return path.string(); }
+const std::string kSeparator(1, std::filesystem::path::preferred_separator);
 
 // One directory per run, so that runs of several builds at once keep apart.
 const std::filesystem::path& ProjectDir() {
@@ -134,169 +136,101 @@ TEST(HostLibrary, AnswersNoProjectBeforeInit) {
   EXPECT_EQ(StateBeforeInit().targetName, kSentinel);
 }
 
-TEST_F(HostTest, FreshProjectIsEmpty) {
+TEST_F(HostTest, FreshProjectIsEmptyAndTheDefaultOneIsNamedAfterTheIrfFile) {
   EXPECT_THAT(Targets(), IsEmpty());
   EXPECT_THAT(FirstTargetFiles(), IsEmpty());
   EXPECT_EQ(DefaultTarget(), "");
   EXPECT_EQ(Q().WhatIsInProgress(), MakeStateIdle);
   EXPECT_EQ(Q().OnNewProject(), 0) << "no default target";
-  std::string out = kSentinel;
-  Q().GetDirectory(0, &out);
-  EXPECT_EQ(out, "");
-  out = kSentinel;
-  Q().GetFile(0, &out);
-  EXPECT_EQ(out, "");
+  std::string directory = kSentinel, file = kSentinel;
+  Q().GetDirectory(0, &directory);
+  Q().GetFile(0, &file);
+  EXPECT_EQ(directory + file, "");
   EXPECT_THAT(TakeNotes(), IsEmpty());
-}
 
-TEST_F(HostTest, DefaultProjectIsNamedAfterTheIrfFile) {
-  Q().CreateDefaultProject(0, 1);
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(),
-                                       Named(ProjectChangeGroupAdded, "Source files", ""), End()));
-  EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
-  EXPECT_EQ(DefaultTarget(), "demo - Debug");
-  EXPECT_THAT(Groups("demo - Debug"), ElementsAre("Source files"));
+  for (int source_group : {0, 1}) {
+    Q().CreateDefaultProject(0, source_group);
+    std::vector<Note> expected = {Begin(), Modified(), End()};
+    if (source_group) {
+      expected.insert(expected.end() - 1, Named(ProjectChangeGroupAdded, "Source files", ""));
+    }
+    EXPECT_EQ(TakeNotes(), expected);
+    EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
+    EXPECT_EQ(DefaultTarget(), "demo - Debug");
+    EXPECT_EQ(Groups("demo - Debug").size(), static_cast<size_t>(source_group));
+  }
   EXPECT_EQ(Q().OnNewProject(), 1) << "a target without files is up to date";
+  Q().GetDirectory(0, &directory);
+  Q().GetFile(0, &file);
+  EXPECT_EQ(directory, Native(ProjectDir()) + kSeparator);
+  EXPECT_EQ(file, Native(ProjectDir() / "demo"));
 }
 
-TEST_F(HostTest, DefaultProjectWithoutSourceGroup) {
-  Q().CreateDefaultProject(0, 0);
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
-  EXPECT_THAT(Groups("demo - Debug"), IsEmpty());
-}
+// One edit of a scenario: what it answers and what it tells the host, each
+// bracketed by change codes 7 and 8.
+struct Step {
+  std::function<int()> edit;
+  int result;
+  std::vector<Note> notes;
+};
 
-TEST_F(HostTest, EditsReachEveryTargetAndNotifyTheHost) {
+TEST_F(HostTest, EditsNotifyTheHostAndReachEveryTarget) {
   CreateDemo();
-  Q().AddTarget("Release");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
-  Q().AddLinkGroup("Lib");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeGroupAdded, "Lib", ""), End()));
-  std::string util = Native(ProjectDir() / "lib" / "util.c");
-  Q().AddProjectFile(util.c_str(), "Lib");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeFileAdded, util, "Lib"), End()));
-  Q().AddProjectFile("main.c", "");
-  EXPECT_THAT(TakeNotes(),
-              ElementsAre(Begin(), Named(ProjectChangeFileAdded, "main.c", ""), End()));
-
+  const std::string util = Native(ProjectDir() / "lib" / "util.c");
+  const std::string b = Native(ProjectDir() / "b.c");
+  auto run = [&](const std::vector<Step>& steps) {
+    for (size_t i = 0; i < steps.size(); ++i) {
+      EXPECT_EQ(steps[i].edit(), steps[i].result) << "step " << i;
+      std::vector<Note> expected = steps[i].notes;
+      expected.insert(expected.begin(), Begin());
+      expected.push_back(End());
+      EXPECT_EQ(TakeNotes(), expected) << "step " << i;
+    }
+  };
+  run({
+      {[] { return Q().AddTarget("Release"); }, 1, {Modified()}},
+      {[] { return Q().AddLinkGroup("Lib"); }, 1, {Named(ProjectChangeGroupAdded, "Lib", "")}},
+      {[&] { return Q().AddProjectFile(util.c_str(), "Lib"); }, 1,
+       {Named(ProjectChangeFileAdded, util, "Lib")}},
+      // No group: the first one.
+      {[] { return Q().AddProjectFile("main.c", ""); }, 1,
+       {Named(ProjectChangeFileAdded, "main.c", "")}},
+      {[] { return Q().AddProjectFile("b.c", "Source files"); }, 1,
+       {Named(ProjectChangeFileAdded, "b.c", "Source files")}},
+      {[] { return Q().ChangeProjectFileGroup("main.c", "Missing"); }, 0, {}},
+      {[] { return Q().ChangeProjectFileGroup("b.c", "Lib"); }, 1, {Modified()}},
+      {[] { return Q().SetTarget("Nope"); }, 0, {}},
+      {[] { return Q().SetTarget("Release"); }, 1, {Named(ProjectChangeReloaded, "", "")}},
+  });
   for (const char* target : {"demo - Debug", "Release"}) {
     SCOPED_TRACE(target);
     EXPECT_THAT(Groups(target), ElementsAre("Source files", "Lib"));
-    EXPECT_THAT(Files(target, "Lib"), ElementsAre("util.c"));
     EXPECT_THAT(Files(target, "Source files"), ElementsAre("main.c"));
+    EXPECT_THAT(Files(target, "Lib"), ElementsAre("util.c", "b.c"));
   }
-  EXPECT_NE(Q().IsFileInProject(util.c_str(), 0), 0);
+  EXPECT_EQ(DefaultTarget(), "Release");
+  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c", "b.c"));
   int kind = -2, value = -2;
   EXPECT_EQ(Q().GetProjectFileInfo(util.c_str(), "Release", &kind, &value), 1);
   EXPECT_EQ(Q().GetProjectFileInfo("absent.c", "Release", &kind, &value), 0);
   std::string full;
-  EXPECT_EQ(Q().GetFullNameOfProjectFile(util.c_str(), &full, 0, 0), 1);
-  EXPECT_THAT(full, EndsWith("util.c"));
-}
+  EXPECT_EQ(Q().GetFullNameOfProjectFile("b.c", &full, 0, 0), 1);
+  EXPECT_EQ(full, b);
 
-TEST_F(HostTest, DeletingALinkGroupReportsEachFileThenTheGroup) {
-  CreateDemo();
-  Q().AddLinkGroup("Lib");
-  std::vector<std::string> files;
-  for (const char* name : {"a.c", "b.c", "c.c"}) files.push_back(Native(ProjectDir() / name));
-  AddFiles("Lib", files);
-  AddFiles("Source files", {"main.c"});
-
-  Q().DeleteLinkGroup("Lib");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeFileRemoved, files[0], "Lib"),
-                                       Named(ProjectChangeFileRemoved, files[1], "Lib"),
-                                       Named(ProjectChangeFileRemoved, files[2], "Lib"),
-                                       Named(ProjectChangeGroupRemoved, "Lib", ""), End()));
-  EXPECT_THAT(Groups("demo - Debug"), ElementsAre("Source files"));
-  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c"));
-  EXPECT_EQ(Q().IsFileInProject(files[0].c_str(), 0), 0);
-}
-
-TEST_F(HostTest, DeletingAFileNamesItsGroup) {
-  CreateDemo();
-  AddFiles("Source files", {"main.c", "util.c"});
-  Q().DeleteProjectFile("main.c");
-  EXPECT_THAT(
-      TakeNotes(),
-      ElementsAre(Begin(), Named(ProjectChangeFileRemoved, "main.c", "Source files"), End()));
-  EXPECT_THAT(FirstTargetFiles(), ElementsAre("util.c"));
-}
-
-TEST_F(HostTest, MovingAFileNotifiesOnlyWhenItMoved) {
-  CreateDemo();
-  Q().AddTarget("Release");
-  Q().AddLinkGroup("Lib");
-  AddFiles("Source files", {"main.c"});
-
-  Q().ChangeProjectFileGroup("main.c", "Missing");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), End()));
-  EXPECT_THAT(Files("Release", "Source files"), ElementsAre("main.c"));
-
-  Q().ChangeProjectFileGroup("main.c", "Lib");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
-  EXPECT_THAT(Files("demo - Debug", "Lib"), ElementsAre("main.c"));
-  EXPECT_THAT(Files("Release", "Lib"), ElementsAre("main.c"));
-  EXPECT_THAT(Files("Release", "Source files"), IsEmpty());
-}
-
-TEST_F(HostTest, SetTargetChangesTheDefaultOnlyForAKnownName) {
-  CreateDemo();
-  Q().AddTarget("Release");
-  TakeNotes();
-  EXPECT_EQ(Q().SetTarget("Release"), 1);
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeReloaded, "", ""), End()));
-  EXPECT_EQ(DefaultTarget(), "Release");
-
-  EXPECT_EQ(Q().SetTarget("Nope"), 0);
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), End()));
-  EXPECT_EQ(DefaultTarget(), "Release");
-}
-
-TEST_F(HostTest, FileListFollowsTheFirstTargetNotTheDefault) {
-  CreateDemo();
-  AddFiles("Source files", {"main.c", "util.c"});
-  Q().AddTarget("Release");
-  Q().SetTarget("Release");
-  TakeNotes();
-  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
-
-  Q().DeleteTarget("Release");
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Modified(), End()));
+  // Removals name each file with its group; a group's files go first.
+  run({
+      {[] { return Q().DeleteProjectFile("main.c"); }, 1,
+       {Named(ProjectChangeFileRemoved, "main.c", "Source files")}},
+      {[] { return Q().DeleteLinkGroup("Lib"); }, 1,
+       {Named(ProjectChangeFileRemoved, util, "Lib"), Named(ProjectChangeFileRemoved, b, "Lib"),
+        Named(ProjectChangeGroupRemoved, "Lib", "")}},
+      {[] { return Q().DeleteTarget("Release"); }, 1, {Modified()}},
+  });
   EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
-  EXPECT_NE(DefaultTarget(), "Release");
-  EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
-}
-
-TEST_F(HostTest, QueriesPastTheEndLeaveTheOutStringAlone) {
-  CreateDemo();
-  AddFiles("Source files", {"main.c"});
-  std::string out = kSentinel;
-  EXPECT_EQ(Q().GetTargetName(&out, 1), -1);
-  EXPECT_EQ(Q().GetLinkGroupName(&out, 1, "demo - Debug"), -1);
-  EXPECT_EQ(Q().GetLinkGroupName(&out, 0, "Nope"), -1);
-  EXPECT_EQ(Q().GetProjectFileNameByGroup(&out, 1, "demo - Debug", "Source files"), -1);
-  EXPECT_EQ(Q().GetProjectFileName(&out, 1), -1);
-  EXPECT_EQ(Q().GetDependenciesFile(&out, 1000), -1);
-  EXPECT_EQ(out, kSentinel);
-}
-
-TEST_F(HostTest, FilesMaskEndsWithAllFiles) {
-  CreateDemo();
-  std::string filter, masks;
-  ASSERT_EQ(Q().GetFilesMask(0, &filter, &masks, '|'), 1);
-  EXPECT_THAT(filter, EndsWith("All files (*.*)|*.*||"));
-  std::string compiler, header, assembler, asmHeader;
-  Q().GetExt(&compiler, &header, &assembler, &asmHeader);
-  if (!compiler.empty()) {
-    EXPECT_THAT(filter, StartsWith("Compiler files (*."));
-    EXPECT_THAT(masks, StartsWith("*."));
-  }
-}
-
-TEST_F(HostTest, DependencyUpdateTellsTheHostFirst) {
-  CreateDemo();
-  Q().UpdateAllDependencies();
-  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeDependencies, "", ""), End()));
-  EXPECT_THAT(TakeOutputs(), ElementsAre(Output{0, 22, ""}));
+  EXPECT_EQ(DefaultTarget(), "") << "the default target was deleted";
+  EXPECT_THAT(Groups("demo - Debug"), ElementsAre("Source files"));
+  EXPECT_THAT(FirstTargetFiles(), IsEmpty());
+  EXPECT_EQ(Q().IsFileInProject(util.c_str(), 0), 0);
 }
 
 TEST_F(HostTest, MakeWithoutFilesSaysSoAndBuildsNothing) {
@@ -322,6 +256,8 @@ TEST_F(HostTest, DependencyQueriesAnswerFromTheScan) {
   AddFiles("Source files", {main});
 
   Q().UpdateAllDependencies();
+  EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Named(ProjectChangeDependencies, "", ""), End()));
+  EXPECT_THAT(TakeOutputs(), ElementsAre(Output{0, 22, ""})) << "the update is announced";
   std::string name = main;
   ASSERT_EQ(Q().GetDependenciesFilesOfProjectFile(&name, 0), 1);
   EXPECT_THAT(name, EndsWith("util.h"));
@@ -363,11 +299,20 @@ TEST_F(HostTest, SavedProjectLoadsBackEqual) {
   EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c"));
 }
 
-TEST_F(HostTest, AfterDoneEveryQueryAnswersNoProject) {
+// Past the end or without a project, queries answer failure and leave the
+// out string alone.
+TEST_F(HostTest, QueriesPastTheEndOrAfterDoneAnswerFailure) {
   CreateDemo();
   AddFiles("Source files", {"main.c"});
-  Q().DoneProjectData();
   std::string out = kSentinel, second;
+  EXPECT_EQ(Q().GetTargetName(&out, 1), -1);
+  EXPECT_EQ(Q().GetLinkGroupName(&out, 1, "demo - Debug"), -1);
+  EXPECT_EQ(Q().GetLinkGroupName(&out, 0, "Nope"), -1);
+  EXPECT_EQ(Q().GetProjectFileNameByGroup(&out, 1, "demo - Debug", "Source files"), -1);
+  EXPECT_EQ(Q().GetProjectFileName(&out, 1), -1);
+  EXPECT_EQ(Q().GetDependenciesFile(&out, 1000), -1);
+
+  Q().DoneProjectData();
   int kind = 0, value = 0;
   EXPECT_EQ(Q().WhatIsInProgress(), MakeStateNoProject);
   EXPECT_EQ(Q().GetTargetName(&out, 0), -1);

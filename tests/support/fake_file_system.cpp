@@ -7,7 +7,9 @@ namespace quillon {
 namespace {
 
 Status Failure(const char* action, const std::string& path, const char* reason) {
-  return Status::Error(std::string(action) + " '" + path + "': " + reason);
+  std::string message = std::string(action) + " '" + path + "': " + reason;
+  if (std::string(reason) == "No such file or directory") return Status::NotFound(message);
+  return Status::IoError(message);
 }
 
 // Length of the root ("/", "C:\", "\\srv\share") at the start of a

@@ -1,11 +1,17 @@
-/* Board-wide settings: clock and pin choices. */
+/* Settings the firmware logic and both boards share. Changing one rebuilds
+   exactly the sources that include this header. */
 #ifndef BLINKY_CONFIG_H
 #define BLINKY_CONFIG_H
 
-#define CPU_CLOCK_HZ 16000000UL
-#define LED_PORT 1
-#define LED_PIN 5
+/* One tick every 100 ms. */
+#define TICK_HZ 10U
+
+/* The LED, one character a tick, '#' lit: a double blink once a second. */
+#define BLINK_PATTERN "#.#......."
+
+/* The uptime line goes out once a second. */
+#define REPORT_EVERY_TICKS TICK_HZ
+
 #define UART_BAUD 115200UL
-#define TICK_HZ 1000U
 
 #endif

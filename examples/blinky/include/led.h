@@ -1,9 +1,9 @@
 #ifndef BLINKY_LED_H
 #define BLINKY_LED_H
 
-#include "gpio.h"
+#include <stdint.h>
 
-void led_init(void);
-void led_toggle(void);
+/* Puts the LED into the state the blink pattern gives for this tick. */
+void led_update(uint32_t tick);
 
 #endif

@@ -3,8 +3,13 @@
 
 #include <stdint.h>
 
-void timer_init(void);
+/* Called by the board's tick interrupt. */
+void timer_tick(void);
+
 uint32_t timer_ticks(void);
-void timer_delay_ms(uint32_t ms);
+
+/* Sleeps until the tick count differs from seen and answers the new count,
+   which is more than one tick on when the caller was late. */
+uint32_t timer_wait_tick(uint32_t seen);
 
 #endif

@@ -1,8 +1,9 @@
 #ifndef BLINKY_UART_H
 #define BLINKY_UART_H
 
-void uart_init(void);
-void uart_putc(char c);
-void uart_puts(const char *text);
+#include <stdint.h>
+
+void uart_puts(const char* text);
+void uart_put_uint(uint32_t value);
 
 #endif

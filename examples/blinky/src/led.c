@@ -1,7 +1,18 @@
 #include "led.h"
 
 #include "board.h"
+#include "config.h"
 
-void led_init(void) { gpio_make_output(LED_PORT, LED_PIN); }
+static const char pattern[] = BLINK_PATTERN;
 
-void led_toggle(void) { gpio_toggle(LED_PORT, LED_PIN); }
+/* Neither on nor off before the first update, so that one always reaches the
+   board. */
+static int lit = -1;
+
+void led_update(uint32_t tick) {
+  int on = pattern[tick % (sizeof pattern - 1)] == '#';
+  if (on != lit) {
+    board_led(on);
+    lit = on;
+  }
+}

@@ -1,20 +1,30 @@
-/* Blinks the board's LED once a second and says so on the serial port. */
+/* Blinks the LED in its pattern and reports the uptime on the serial port
+   once a second. The same logic runs on the microcontroller and on a PC. */
 #include "board.h"
+#include "config.h"
 #include "led.h"
 #include "timer.h"
 #include "uart.h"
 
-void board_init(void) {
-  led_init();
-  timer_init();
-  uart_init();
+static void report_uptime(uint32_t tick) {
+  uart_puts("uptime ");
+  uart_put_uint(tick / TICK_HZ);
+  uart_puts(" s\r\n");
 }
 
 int main(void) {
+  uint32_t tick = 0;
   board_init();
   uart_puts("blinky up\r\n");
-  for (;;) {
-    led_toggle();
-    timer_delay_ms(500);
+  led_update(tick);
+  while (board_running()) {
+    uint32_t now = timer_wait_tick(tick);
+    /* Every tick once, also those a late wake-up skipped. */
+    while (tick != now) {
+      ++tick;
+      led_update(tick);
+      if (tick % REPORT_EVERY_TICKS == 0) report_uptime(tick);
+    }
   }
+  return 0;
 }

@@ -4,18 +4,12 @@
 
 static volatile uint32_t ticks;
 
-void timer_init(void) {
-  SYSTICK_LOAD = CPU_CLOCK_HZ / TICK_HZ - 1;
-  SYSTICK_CTRL = 7; /* core clock, interrupt, enable */
-}
-
-/* Called from the vector table in startup.asm. */
-void SysTick_Handler(void) { ++ticks; }
+void timer_tick(void) { ++ticks; }
 
 uint32_t timer_ticks(void) { return ticks; }
 
-void timer_delay_ms(uint32_t ms) {
-  uint32_t start = ticks;
-  while ((uint32_t)(ticks - start) < ms * (TICK_HZ / 1000U)) {
-  }
+uint32_t timer_wait_tick(uint32_t seen) {
+  uint32_t now;
+  while ((now = ticks) == seen) board_idle();
+  return now;
 }

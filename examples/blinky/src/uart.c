@@ -2,17 +2,17 @@
 
 #include "board.h"
 
-void uart_init(void) {
-  USART1_BRR = (uint32_t)(CPU_CLOCK_HZ / UART_BAUD);
-  USART1_CR1 = (1UL << 13) | (1UL << 3); /* enable, transmitter on */
+void uart_puts(const char* text) {
+  while (*text) board_uart_putc(*text++);
 }
 
-void uart_putc(char c) {
-  while (!(USART1_SR & USART_SR_TXE)) {
-  }
-  USART1_DR = (uint32_t)(unsigned char)c;
-}
-
-void uart_puts(const char *text) {
-  while (*text) uart_putc(*text++);
+/* Decimal, without printf: the firmware links no formatting code. */
+void uart_put_uint(uint32_t value) {
+  char digits[10];
+  int count = 0;
+  do {
+    digits[count++] = (char)('0' + value % 10);
+    value /= 10;
+  } while (value != 0);
+  while (count > 0) board_uart_putc(digits[--count]);
 }

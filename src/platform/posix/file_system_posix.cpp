@@ -27,8 +27,10 @@ std::string NativePath(const std::string& path) {
 
 // "cannot open 'x': No such file or directory"
 Status PosixError(const char* action, const std::string& path, int error) {
-  return Status::Error(std::string(action) + " '" + path +
-                       "': " + std::generic_category().message(error));
+  std::string message =
+      std::string(action) + " '" + path + "': " + std::generic_category().message(error);
+  if (error == ENOENT || error == ENOTDIR) return Status::NotFound(std::move(message));
+  return Status::IoError(std::move(message));
 }
 
 int OpenRetrying(const std::string& path, int flags, mode_t mode = 0) {
@@ -225,6 +227,9 @@ Status PosixFileSystem::MakeDirectories(const std::string& path) {
 }
 
 }  // namespace
+
+// POSIX opens exactly the names a listing shows.
+bool MayOpenUnlisted(std::string_view) { return false; }
 
 FileSystem& FileSystem::Default() {
   static PosixFileSystem file_system;

@@ -46,7 +46,11 @@ std::string ErrorText(DWORD error) {
 
 // "cannot open 'x': The system cannot find the file specified."
 Status Win32Error(const char* action, const std::string& path, DWORD error) {
-  return Status::Error(std::string(action) + " '" + path + "': " + ErrorText(error));
+  std::string message = std::string(action) + " '" + path + "': " + ErrorText(error);
+  if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
+    return Status::NotFound(std::move(message));
+  }
+  return Status::IoError(std::move(message));
 }
 
 // Reads the error code before anything else can overwrite it.
@@ -267,6 +271,14 @@ Status Win32FileSystem::MakeDirectories(const std::string& path) {
 }
 
 }  // namespace
+
+bool MayOpenUnlisted(std::string_view name) {
+  if (name.empty()) return false;
+  if (name.find_first_of("~:") != std::string_view::npos) return true;
+  if (name.back() == '.' || name.back() == ' ') return true;
+  return std::any_of(name.begin(), name.end(),
+                     [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
 
 FileSystem& FileSystem::Default() {
   static Win32FileSystem file_system;

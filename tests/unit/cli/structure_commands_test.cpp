@@ -1,4 +1,6 @@
 // qpm new, target, group and file commands, checked through `qpm show`.
+// That every target gets each structure edit is the model's to test; here
+// each command must reach the library with the right names.
 #include <gmock/gmock.h>
 
 #include "qpm_fixture.h"
@@ -9,66 +11,51 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-TEST_F(QpmTest, NewMakesBothPartsWithTheDefaultTargetAndGroup) {
-  Ok({"new", "p.qpj"});
+TEST_F(QpmTest, NewMakesBothPartsAndReplacesOnlyWhenForced) {
+  Ok({"new", "q.qpj", "--no-source-group"});
+  EXPECT_TRUE(Show("q.qpj")["targets"][0]["groups"].empty());
+  MakeProject();
   EXPECT_TRUE(std::filesystem::exists(dir_ / "p.qpj.user"));
   auto show = Show();
   EXPECT_EQ(show["default_target"], "p - Debug");
   EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug"));
-  EXPECT_THAT(GroupNames(show["targets"][0]), ElementsAre("Source files"));
 
-  Ok({"new", "q.qpj", "--no-source-group"});
-  EXPECT_TRUE(Show("q.qpj")["targets"][0]["groups"].empty());
-}
-
-TEST_F(QpmTest, NewRefusesAnExistingFileUnlessForced) {
-  MakeProject();
   std::string before = Bytes(dir_ / "p.qpj");
   QpmResult refused = Run({"new", "p.qpj"});
   EXPECT_EQ(refused.code, 1);
   EXPECT_THAT(refused.err, HasSubstr("already exists"));
   EXPECT_EQ(Bytes(dir_ / "p.qpj"), before);
-
   Ok({"new", "p.qpj", "--force"});
+  EXPECT_THAT(GroupNames(Show()["targets"][0]), ElementsAre("Source files"));
   EXPECT_TRUE(Show()["targets"][0]["groups"][0]["files"].empty());
 }
 
-TEST_F(QpmTest, AddedTargetTakesStructureButNotOptionsUnlessCopied) {
+TEST_F(QpmTest, TargetsAreAddedCopiedRenamedAndDeleted) {
   MakeProject();
   Ok({"option", "set", "p.qpj", "TargetDirectory", "out/debug"});
   Ok({"target", "add", "p.qpj", "Plain"});
   Ok({"target", "add", "p.qpj", "Copy", "--copy-from", "p - Debug"});
   auto show = Show();
   EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug", "Plain", "Copy"));
-  for (const char* name : {"Plain", "Copy"}) {
-    const auto& target = TargetNamed(show, name);
-    EXPECT_THAT(GroupNames(target), ElementsAre("Source files", "Startup")) << name;
-    EXPECT_THAT(FileNames(target["groups"][0]), ElementsAre("a.c", "b.c")) << name;
-  }
+  EXPECT_THAT(FileNames(TargetNamed(show, "Plain")["groups"][0]), ElementsAre("a.c", "b.c"));
   EXPECT_TRUE(TargetNamed(show, "Plain")["options"].empty());
   EXPECT_EQ(TargetNamed(show, "Copy")["options"]["TargetDirectory"]["value"], "out/debug");
-  EXPECT_EQ(show["default_target"], "p - Debug");
-}
-
-TEST_F(QpmTest, DefaultAndRenameAndDeleteTargets) {
-  MakeProject();
-  Ok({"target", "add", "p.qpj", "Release"});
-  Ok({"target", "default", "p.qpj", "Release"});
-  EXPECT_EQ(Show()["default_target"], "Release");
 
   // The default follows a rename, and survives the per-user part's reload.
-  Ok({"target", "rename", "p.qpj", "Release", "Final"});
-  auto show = Show();
+  Ok({"target", "default", "p.qpj", "Copy"});
+  Ok({"target", "rename", "p.qpj", "Copy", "Final"});
+  show = Show();
   EXPECT_EQ(show["default_target"], "Final");
-  EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug", "Final"));
+  EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug", "Plain", "Final"));
 
   Ok({"target", "delete", "p.qpj", "Final"});
   show = Show();
-  EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug"));
+  EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug", "Plain"));
   EXPECT_TRUE(show["default_target"].is_null());
 
   // Structure edits need a target to act on.
   Ok({"target", "delete", "p.qpj", "p - Debug"});
+  Ok({"target", "delete", "p.qpj", "Plain"});
   EXPECT_THAT(Run({"group", "add", "p.qpj", "G"}).err, HasSubstr("the project has no target"));
 }
 
@@ -85,22 +72,16 @@ TEST_F(QpmTest, ThePerUserPartIsReadAfterTheSharedOne) {
   EXPECT_EQ(Show()["default_target"], "Release");
 }
 
-TEST_F(QpmTest, GroupsAreAddedMovedAndDeletedInEveryTarget) {
+TEST_F(QpmTest, GroupsAreAddedMovedAndDeleted) {
   MakeProject();
-  Ok({"target", "add", "p.qpj", "Release"});
   Ok({"group", "add", "p.qpj", "Libraries"});
   Ok({"group", "move", "p.qpj", "Startup", "up"});
   Ok({"group", "move", "p.qpj", "Source files", "down"});
-  auto show = Show();
-  for (const auto& target : show["targets"]) {
-    EXPECT_THAT(GroupNames(target), ElementsAre("Startup", "Libraries", "Source files"));
-  }
+  EXPECT_THAT(GroupNames(Show()["targets"][0]),
+              ElementsAre("Startup", "Libraries", "Source files"));
 
   Ok({"group", "delete", "p.qpj", "Source files"});
-  show = Show();
-  for (const auto& target : show["targets"]) {
-    EXPECT_THAT(GroupNames(target), ElementsAre("Startup", "Libraries"));
-  }
+  EXPECT_THAT(GroupNames(Show()["targets"][0]), ElementsAre("Startup", "Libraries"));
   // Its files went with it.
   Ok({"file", "add", "p.qpj", "Libraries", "a.c"});
 }
@@ -109,7 +90,10 @@ TEST_F(QpmTest, FilesAreStoredRelativeToTheProjectFromAnyDirectory) {
   MakeProject();
   std::filesystem::create_directories(dir_ / "src" / "deep");
   std::filesystem::current_path(dir_ / "src" / "deep");
-  Ok({"file", "add", "../../p.qpj", "Source files", "../c.c", "d.c"});
+  QpmResult added = Run({"file", "add", "../../p.qpj", "Source files", "../c.c", "d.c"});
+  EXPECT_EQ(added.code, 0);
+  // Projects may list files that a build makes: a missing one is a warning.
+  EXPECT_THAT(added.err, HasSubstr("qpm: warning: \"src/c.c\" does not exist (yet)"));
   std::filesystem::current_path(dir_);
   EXPECT_THAT(FileNames(Show()["targets"][0]["groups"][0]),
               ElementsAre("a.c", "b.c", "src/c.c", "src/deep/d.c"));
@@ -120,18 +104,6 @@ TEST_F(QpmTest, FilesAreStoredRelativeToTheProjectFromAnyDirectory) {
   auto groups = Show()["targets"][0]["groups"];
   EXPECT_THAT(FileNames(groups[0]), ElementsAre("a.c", "b.c"));
   EXPECT_THAT(FileNames(groups[1]), ElementsAre("s.asm", "src/c.c"));
-}
-
-TEST_F(QpmTest, FileEditsActOnEveryTarget) {
-  MakeProject();
-  Ok({"target", "add", "p.qpj", "Release"});
-  Ok({"file", "move", "p.qpj", "a.c", "Startup"});
-  Ok({"file", "delete", "p.qpj", "b.c"});
-  auto show = Show();
-  for (const auto& target : show["targets"]) {
-    EXPECT_TRUE(target["groups"][0]["files"].empty());
-    EXPECT_THAT(FileNames(target["groups"][1]), ElementsAre("s.asm", "a.c"));
-  }
 }
 
 TEST_F(QpmTest, ShowTextListsTargetsGroupsFilesAndOptions) {

@@ -94,19 +94,6 @@ TEST_F(ScannerTest, UnchangedFilesAreNotMappedAgain) {
   EXPECT_FALSE(Newer("p/a.c", fs_.Now()));
 }
 
-TEST_F(ScannerTest, IncludeCyclesEnd) {
-  fs_.Create(P("p/a.c"), "#include \"x.h\"\n");
-  fs_.Create(P("p/x.h"), "#include \"y.h\"\n");
-  fs_.Create(P("p/y.h"), "#include \"x.h\"\n#include \"y.h\"\n");
-  AddSource("p/a.c");
-  Update();
-  EXPECT_EQ(DependencyNames(scanner_.FindNode(P("p/y.h"))), (Names{P("p/x.h"), P("p/y.h")}));
-  EXPECT_FALSE(Newer("p/a.c", fs_.Now()));
-  Touch("p/y.h", "#include \"x.h\"\n");
-  Update();
-  EXPECT_TRUE(Newer("p/a.c", fs_.Now() - 1));
-}
-
 TEST_F(ScannerTest, VisitedNodesAnswerFalseUntilCleared) {
   fs_.Create(P("p/a.c"), "#include \"h.h\"\n");
   fs_.Create(P("p/b.c"), "#include \"h.h\"\n");
@@ -243,29 +230,6 @@ TEST_F(ScannerTest, StylesComeFromTheProjectFile) {
   scanner_.SetReset();
   Update();
   EXPECT_EQ(RootDeps("p/boot.asm"), Names{P("p/x.inc")});
-}
-
-TEST_F(ScannerTest, SnapshotRestoresTheGraph) {
-  fs_.Create(P("p/a.c"), "#include \"h.h\"\n//{{NO_DEPENDENCIES}}\n");
-  fs_.Create(P("p/h.h"), "");
-  AddSource("p/a.c");
-  Update();
-  const DependencyGraphSnapshot snapshot = scanner_.Snapshot();
-
-  CDependencyScanner restored(fs_);
-  ASSERT_TRUE(restored.Restore(snapshot));
-  EXPECT_EQ(restored.Snapshot().nodes.size(), 1u);
-  EXPECT_TRUE(restored.FindRoot(P("p/a.c"))->no_dependencies());
-  EXPECT_EQ(restored.FindRoot(P("p/a.c"))->time(), scanner_.FindRoot(P("p/a.c"))->time());
-  fs_.ClearRecords();
-  restored.Update(request_, nullptr);
-  EXPECT_TRUE(fs_.files_mapped().empty());
-
-  DependencyGraphSnapshot broken = snapshot;
-  broken.roots[0].dependencies.push_back(7);  // no such position
-  EXPECT_FALSE(restored.Restore(broken));
-  EXPECT_EQ(restored.root_count(), 0u);
-  EXPECT_EQ(restored.node_count(), 0u);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST(DirectiveLineTest, Marker) {
 }
 
 TEST(KeywordLineTest, BlanksRules) {
-  IncludeKeywordSettings s;
+  KeywordIncludeRules s;
   s.valid = true;
   s.keyword = "INCLUDE";
   s.start = "'";
@@ -65,7 +65,7 @@ TEST(KeywordLineTest, BlanksRules) {
 }
 
 TEST(KeywordLineTest, StartAndEndStrings) {
-  IncludeKeywordSettings s;
+  KeywordIncludeRules s;
   s.valid = true;
   s.req_blanks = false;
   s.keyword = ".inc";

@@ -1,6 +1,7 @@
-// The cheap fingerprint of a target's scan settings must equal the one made
-// from the full request, whatever form the stored names take: the cache
-// file is refused whenever they differ.
+// The request made from a target carries the project's settings, and the
+// cheap fingerprint of them equals the one made from the full request,
+// whatever form the stored names take: the cache file is refused whenever
+// they differ.
 #include "deps/target_scan.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +14,9 @@
 namespace quillon {
 namespace {
 
-TEST(TargetScanTest, FingerprintWithoutFullPathsEqualsTheFullOne) {
-  CProjectData project(0);
+TEST(TargetScanTest, RequestCarriesTheSettingsAndTheCheapFingerprintEqualsTheFullOne) {
+  std::unique_ptr<CProjectData> owner = CProjectData::Create();
+  CProjectData& project = *owner;
   project.Initialise(0);
   project.set_project_file(Rooted("/p.d/demo.qpj"));
   CProjectTarget* target = project.AddTarget("T", "");
@@ -25,6 +27,12 @@ TEST(TargetScanTest, FingerprintWithoutFullPathsEqualsTheFullOne) {
     ASSERT_TRUE(project.AddFile(name, "g")) << name;
   }
   project.global_options().include_paths().push_back({"inc", true});
+  project.global_options().include_keyword() = {true, false, true, "INCLUDE", "<", ">"};
+  const ScanRequest request = MakeScanRequest(project, *target);
+  EXPECT_EQ(request.keywords, (KeywordIncludeRules{true, false, true, "INCLUDE", "<", ">"}));
+  ASSERT_EQ(request.include_paths.size(), 1u);
+  EXPECT_EQ(request.include_paths[0].directory, Rooted("/p.d/inc"));
+  EXPECT_TRUE(request.include_paths[0].search_subdirs);
   const auto fingerprint = [&] { return ScanSettingsFingerprint(project, *target); };
   EXPECT_EQ(fingerprint(), ScanSettingsFingerprint(MakeScanRequest(project, *target)));
 

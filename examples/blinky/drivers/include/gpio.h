@@ -1,9 +1,12 @@
 #ifndef DRIVERS_GPIO_H
 #define DRIVERS_GPIO_H
 
-#include "mcu_regs.h"
+#include <stdint.h>
 
-void gpio_make_output(unsigned port, unsigned pin);
-void gpio_toggle(unsigned port, unsigned pin);
+/* port is a base address from mcu_regs.h (GPIOA, GPIOC), pin 0 to 15. */
+void gpio_make_output(uint32_t port, unsigned pin);
+/* Output driven by a peripheral, such as a serial transmit line. */
+void gpio_make_alternate_output(uint32_t port, unsigned pin);
+void gpio_write(uint32_t port, unsigned pin, int high);
 
 #endif
