@@ -183,8 +183,7 @@ void AddDepsCommands(Cli& cli) {
       cli, cli.app(), "why",
       "Say why the default target would be built, one reason a line; nothing when it is up to "
       "date",
-      Access::kRead, why,
-      [&cli](const WhyArgs& args) { return Why(args, cli.out(), cli.err()); });
+      Access::kRead, why, [&cli](const WhyArgs& args) { return Why(args, cli.out(), cli.err()); });
 }
 
 }  // namespace quillon::qpm

@@ -57,9 +57,8 @@ bool InTarget(const std::string& target, const std::string& name) {
 std::vector<std::string> TargetNames() { return Enumerate(_GetTargetName); }
 
 std::vector<std::string> GroupNames(const std::string& target) {
-  return Enumerate([&](std::string* name, int index) {
-    return _GetLinkGroupName(name, index, target.c_str());
-  });
+  return Enumerate(
+      [&](std::string* name, int index) { return _GetLinkGroupName(name, index, target.c_str()); });
 }
 
 Status FindTarget(const std::string& name) {
@@ -95,8 +94,8 @@ Status FindGroup(const std::string& name) {
   std::vector<std::string> groups;
   if (!FirstTargetGroups(&groups)) return NoTargets();
   if (Contains(groups, name)) return Status::OK();
-  return Status::Error("unknown link group " + Quote(name) + " (groups: " +
-                       (groups.empty() ? "none" : QuotedNames(groups)) + ")");
+  return Status::Error("unknown link group " + Quote(name) +
+                       " (groups: " + (groups.empty() ? "none" : QuotedNames(groups)) + ")");
 }
 
 Status CheckNewGroupName(const std::string& name) {

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The full check of the tree, as CI runs it: installs what is missing, then
 # configures, builds and tests each preset in turn (native debug, sanitizers,
-# the x86_64 DLL under Wine, the i686 DLL's export table), then fuzzes for a
+# the x86_64 DLL under Wine, the i686 DLL's export table, the build tests
+# under the thread sanitizer), then fuzzes for a
 # minute. Stops at the first failure. The last line is always the total over
 # every CTest run, "N passed, N failed"; a stage that fails before its tests
 # report (configure, build, fuzzing) counts as one failure.
@@ -66,6 +67,18 @@ start=$SECONDS
 for preset in debug asan mingw-x64 mingw-i686; do
   run_preset "$preset"
 done
+
+# The build thread against the host's thread (stop, polling) and the
+# process runner's waits, under the thread sanitizer.
+stage "tsan: configure"
+cmake --preset tsan || fail_stage "configure tsan"
+stage "tsan: build"
+cmake --build --preset tsan -j "$JOBS" --target make_test platform_test || fail_stage "build tsan"
+stage "tsan: test"
+ctest --preset tsan -R '^(make_test|platform_test)$' 2>&1 | tee "$log"
+tsan_status=${PIPESTATUS[0]}
+count_tests || fail_stage "test tsan (no test summary)"
+[[ $tsan_status -eq 0 ]] || { echo "FAILED: test tsan" >&2; exit 1; }
 
 if [[ -f tests/fuzz/run.sh ]]; then
   stage "fuzz: ${FUZZ_SECONDS}s"

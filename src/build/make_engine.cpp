@@ -22,7 +22,6 @@ namespace {
 // later than the first one it read.
 constexpr int kNewFileTimeTries = 40;
 constexpr int kNewFileTimePauseMs = 100;
-// A compiler's object may appear a moment after the compiler ends.
 constexpr int kObjectSecondLookMs = 200;
 
 std::string FirstExtension(const std::string& list) {
@@ -216,8 +215,8 @@ bool CMakeEngine::StartJob(TranslationJob& job) {
                   NameOfFile(job.file->file_name()) + "." +
                   FirstExtension(context.GlobalString(kAInpExtensions)));
   }
-  std::string error_file = invoker.ErrorFile(job.kind, job.file);
-  if (!error_file.empty()) fs.RemoveFile(AbsolutePath(invoker.RunDirectory(job.file), error_file));
+  std::string error_file = invoker.ErrorFilePath(job.kind, job.file);
+  if (!error_file.empty()) fs.RemoveFile(error_file);
 
   std::string executable = job.executable;
   std::string parameters = job.parameters;
@@ -263,100 +262,81 @@ bool CMakeEngine::CompilePass() {
 // A compile, and the assembly of its intermediate file when the project asks
 // for one; or an assembly. `job` may have been started already.
 bool CMakeEngine::TranslateInOrder(TranslationJob& job) {
-  if (job.kind == TranslatorAssembler) return AssembleFile(job);
-  bool compiled = false;
-  if (!CompileFile(job, &compiled)) return false;
-  if (compiled && context_->project.ProducesIntermediateAssemblerFile(*job.file)) {
+  bool translated = false;
+  if (!TranslateFile(job, &translated)) return false;
+  if (job.kind == TranslatorCompiler && translated &&
+      context_->project.ProducesIntermediateAssemblerFile(*job.file)) {
     TranslationJob assembly = MakeJob(*job.file, TranslatorAssembler, &capture_);
-    return AssembleFile(assembly);
+    return TranslateFile(assembly, &translated);
   }
   return true;
 }
 
-bool CMakeEngine::CompileFile(TranslationJob& job, bool* compiled) {
+namespace {
+
+// What tells a compile from an assembly in the step that runs it.
+struct StepTraits {
+  int state;
+  int cannot_run_message;
+  int missing_output_message;
+  Hook hook;
+  // The compiler's object may appear a moment after the compiler ends; the
+  // assembler's gets no second look.
+  bool second_look;
+};
+
+StepTraits TraitsOf(TranslatorKind kind) {
+  if (kind == TranslatorAssembler) {
+    return {MakeStateAssembling, 2, 19, Hook::kAfterAssembler, false};
+  }
+  return {MakeStateCompiling, 1, 17, Hook::kAfterCompiler, true};
+}
+
+}  // namespace
+
+bool CMakeEngine::TranslateFile(TranslationJob& job, bool* translated) {
   BuildContext& context = *context_;
   CProjectFile& file = *job.file;
+  const StepTraits traits = TraitsOf(job.kind);
   context.Print(file.display_name() +
                 ParametersDisplay(context.GlobalInt(kDisplayParameters) != 0, job.executable,
                                   job.parameters));
-  context.SetState(MakeStateCompiling);
+  context.SetState(traits.state);
   const bool started = job.started || StartJob(job);
   context.Flush();
   if (!started) return job.ReportCommandFileFailure(context);
   CTranslatorInvoker invoker(context, *job.capture);
   if (!invoker.Finish(job.run)) {
-    context.Report(1, job.executable.c_str(), job.parameters.c_str());
+    context.Report(traits.cannot_run_message, job.executable.c_str(), job.parameters.c_str());
     services_.messages->AddError();
     context.link_allowed = false;
     return false;
   }
-  if (context.GlobalInt(kCopyOutputFilesToTargetDir)) invoker.MoveOutputs(TranslatorCompiler, &file);
-  invoker.ShowCapturedOutput(TitleVerb(TranslatorCompiler) + file.display_name() + ".",
-                             TranslatorCompiler, &file);
+  if (context.GlobalInt(kCopyOutputFilesToTargetDir)) invoker.MoveOutputs(job.kind, &file);
+  invoker.ShowCapturedOutput(TitleVerb(job.kind) + file.display_name() + ".", job.kind, &file);
   if (context.Filtering()) {
-    FilterOutput(TranslatorCompiler, &file, invoker.FilterInput(TranslatorCompiler, &file));
+    FilterOutput(job.kind, &file, invoker.FilterInput(job.kind, &file));
     context.Flush();
   }
   FileSystem& fs = *services_.fs;
-  const std::string object = OutputOf(file, TranslatorCompiler);
-  FileInfo info = fs.Stat(object);
-  if (!info.exists()) {
+  const std::string output = OutputOf(file, job.kind);
+  FileInfo info = fs.Stat(output);
+  if (!info.exists() && traits.second_look) {
     services_.sleep(kObjectSecondLookMs);
-    info = fs.Stat(object);
+    info = fs.Stat(output);
   }
   if (!info.exists()) {
-    context.services.messages->ReportMessage(17, object.c_str(), true);
+    services_.messages->ReportMessage(traits.missing_output_message, output.c_str(), true);
     context.link_allowed = false;
     context.Flush();
     return true;
   }
-  if (info.time < job.source_time) fs.SetFileTime(object, job.source_time);
+  // Older than its source (a tool that keeps times), the next make would
+  // translate it again.
+  if (info.time < job.source_time) fs.SetFileTime(output, job.source_time);
   file.is_changed = false;
-  *compiled = true;
-  invoker_->RunHook(Hook::kAfterCompiler, &file);
-  context.Flush();
-  return true;
-}
-
-bool CMakeEngine::AssembleFile(TranslationJob& job) {
-  BuildContext& context = *context_;
-  CProjectFile& file = *job.file;
-  context.Print(file.display_name() +
-                ParametersDisplay(context.GlobalInt(kDisplayParameters) != 0, job.executable,
-                                  job.parameters));
-  context.SetState(MakeStateAssembling);
-  const bool started = job.started || StartJob(job);
-  context.Flush();
-  if (!started) return job.ReportCommandFileFailure(context);
-  CTranslatorInvoker invoker(context, *job.capture);
-  if (!invoker.Finish(job.run)) {
-    context.Report(2, job.executable.c_str(), job.parameters.c_str());
-    services_.messages->AddError();
-    context.link_allowed = false;
-    return false;
-  }
-  if (context.GlobalInt(kCopyOutputFilesToTargetDir)) {
-    invoker.MoveOutputs(TranslatorAssembler, &file);
-  }
-  invoker.ShowCapturedOutput(TitleVerb(TranslatorAssembler) + file.display_name() + ".",
-                             TranslatorAssembler, &file);
-  if (context.Filtering()) {
-    FilterOutput(TranslatorAssembler, &file, invoker.FilterInput(TranslatorAssembler, &file));
-    context.Flush();
-  }
-  FileSystem& fs = *services_.fs;
-  const std::string object = OutputOf(file, TranslatorAssembler);
-  FileInfo info = fs.Stat(object);
-  if (!info.exists()) {
-    // Unlike the compiler's, the assembler's output gets no second look.
-    context.services.messages->ReportMessage(19, object.c_str(), true);
-    context.link_allowed = false;
-    context.Flush();
-    return true;
-  }
-  if (info.time < job.source_time) fs.SetFileTime(object, job.source_time);
-  file.is_changed = false;
-  invoker_->RunHook(Hook::kAfterAssembler, &file);
+  *translated = true;
+  invoker_->RunHook(traits.hook, &file);
   context.Flush();
   return true;
 }

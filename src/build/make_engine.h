@@ -58,8 +58,9 @@ class CMakeEngine {
   bool MakePass();
   bool CompileOnlyPass();
   bool CompilePass();
-  bool CompileFile(TranslationJob& job, bool* compiled);
-  bool AssembleFile(TranslationJob& job);
+  // Compiles or assembles one file; `translated` tells whether its output
+  // was made.
+  bool TranslateFile(TranslationJob& job, bool* translated);
   bool LinkTarget(bool link_only);
   bool ExternalMake();
   void EndBuild(bool success);

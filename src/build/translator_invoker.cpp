@@ -131,20 +131,21 @@ std::string CTranslatorInvoker::ErrorFile(TranslatorKind kind, const CProjectFil
   return ExpandTargetMacros(source.error_file, context_.project, context_.target, context_.macros);
 }
 
+std::string CTranslatorInvoker::ErrorFilePath(TranslatorKind kind, const CProjectFile* file) const {
+  std::string name = ErrorFile(kind, file);
+  if (name.size() >= 2 && name.front() == '"' && name.back() == '"') {
+    name = name.substr(1, name.size() - 2);
+  }
+  // A relative error file is where the translator ran.
+  if (name.empty() || IsAbsolutePath(name)) return name;
+  return AbsolutePath(RunDirectory(file), name);
+}
+
 std::string CTranslatorInvoker::FilterInput(TranslatorKind kind, const CProjectFile* file) const {
   switch (SourceOf(kind).source) {
     case kSourceStdout: return Captures(kind) ? capture_.output : std::string();
     case kSourceStderr: return Captures(kind) ? capture_.error : std::string();
-    case kSourceErrorFile: {
-      // A relative error file is where the translator ran.
-      std::string name = ErrorFile(kind, file);
-      if (name.empty()) return name;
-      std::string plain = name;
-      if (plain.size() >= 2 && plain.front() == '"' && plain.back() == '"') {
-        plain = plain.substr(1, plain.size() - 2);
-      }
-      return IsAbsolutePath(plain) ? plain : AbsolutePath(RunDirectory(file), plain);
-    }
+    case kSourceErrorFile: return ErrorFilePath(kind, file);
     default: return std::string();
   }
 }
@@ -165,9 +166,7 @@ bool CTranslatorInvoker::PrepareCapture(const std::string& error_file) {
     }
   }
   bool erased = fs.RemoveFile(capture_.output).ok() && fs.RemoveFile(capture_.error).ok();
-  if (erased && !error_file.empty()) {
-    erased = fs.RemoveFile(AbsolutePath(context_.macros.working_directory, error_file)).ok();
-  }
+  if (erased && !error_file.empty()) erased = fs.RemoveFile(error_file).ok();
   return erased;
 }
 
@@ -176,7 +175,7 @@ PendingRun CTranslatorInvoker::Start(const std::string& executable, const std::s
   PendingRun run;
   run.kind = kind;
   const bool capture = Captures(kind);
-  if (capture && !PrepareCapture(ErrorFile(kind, file))) {
+  if (capture && !PrepareCapture(ErrorFilePath(kind, file))) {
     run.failure = "Can not create redirection files.";
     return run;
   }
@@ -259,7 +258,7 @@ void CTranslatorInvoker::ShowCapturedOutput(const std::string& title, Translator
   std::string error_file = ErrorFile(kind, file);
   if (!error_file.empty()) {
     PrintCapturedFile(fs, "--------------- Content of file " + error_file + tail,
-                      AbsolutePath(RunDirectory(file), error_file), print);
+                      ErrorFilePath(kind, file), print);
   }
 }
 

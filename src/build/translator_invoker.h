@@ -66,6 +66,8 @@ class CTranslatorInvoker {
   bool Captures(TranslatorKind kind) const;
   // The kind's error file for `file`, expanded; "" when there is none.
   std::string ErrorFile(TranslatorKind kind, const CProjectFile* file) const;
+  // The error file as a full path, without quotes; "" when there is none.
+  std::string ErrorFilePath(TranslatorKind kind, const CProjectFile* file) const;
   // What the output filter reads for a run of `kind`: the error file or a
   // capture file, as the filter says; "" when nothing.
   std::string FilterInput(TranslatorKind kind, const CProjectFile* file) const;
@@ -75,8 +77,8 @@ class CTranslatorInvoker {
 
  private:
   ErrorSource SourceOf(TranslatorKind kind) const;
-  // Erases the capture files and the error file before a run; makes new
-  // names when a kept one cannot be erased.
+  // Erases the capture files and the error file (a full path) before a
+  // run; makes new names when a kept one cannot be erased.
   bool PrepareCapture(const std::string& error_file);
 
   BuildContext& context_;

@@ -35,8 +35,8 @@ Status DependencyCache::SaveIfChanged() {
                        scanner.node_count() != nodes_at_load_ ||
                        scanner.root_count() != roots_at_load_;
   if (!changed) return Status::OK();
-  return State().fs->WriteFileAtomically(
-      path_, EncodeDependencyCache(scanner, project_file_, settings_));
+  return State().fs->WriteFileAtomically(path_,
+                                         EncodeDependencyCache(scanner, project_file_, settings_));
 }
 
 }  // namespace quillon

@@ -22,7 +22,8 @@ Status CannotRead(const std::string& path, const std::string& why) {
 Status ReadStoreFile(const std::string& path, const char* top_key,
                      std::unique_ptr<CSettingsRegistry>* store) {
   FileSystem& fs = *State().fs;
-  if (fs.DirectoryExists(path)) return Status::IoError("cannot read " + path + ": it is a directory");
+  if (fs.DirectoryExists(path))
+    return Status::IoError("cannot read " + path + ": it is a directory");
   std::string bytes;
   Status status = fs.ReadFile(path, &bytes);
   if (!status.ok()) return status;
@@ -250,10 +251,9 @@ Status SetOptionValue(const OptionInfo& info, const OptionScope& scope,
   ChangeMarker marker(info, scope);
   std::string error;
   const bool target_defaults = info.level == OptionLevel::kFile && scope.file == nullptr;
-  const bool stored =
-      target_defaults
-          ? SetTargetFileOption(*scope.project, *scope.target, info, values, &error)
-          : SetOption(info, scope, values, ModeOf(mode), &error);
+  const bool stored = target_defaults
+                          ? SetTargetFileOption(*scope.project, *scope.target, info, values, &error)
+                          : SetOption(info, scope, values, ModeOf(mode), &error);
   if (!stored) return Status::BadData(error);
   marker.Mark();
   return Status::OK();

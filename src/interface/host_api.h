@@ -1,8 +1,9 @@
 // What a host that links the library in-process (qpm) needs beyond the 47
 // exports: project files loaded with the store's own error, options by
 // their catalogue key, the include graph as a view, and the tree of any
-// store file. The host includes this header, the public one and the
-// platform layer's helpers, and nothing else of the library.
+// store file. The host includes the host_*.h headers (host_build.h has what
+// a build needs), the public one and the platform layer's helpers, and
+// nothing else of the library; tests/cli/includes_test.sh holds qpm to it.
 //
 // Everything here acts on the library's current project, the one the
 // exports act on, and runs on the thread that calls the exports.

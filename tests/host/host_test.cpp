@@ -30,7 +30,6 @@ using ::testing::EndsWith;
 using ::testing::Field;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 #ifdef _WIN32
 // Found beside the test program, where the build puts both.
@@ -199,8 +198,8 @@ TEST_F(HostTest, EditsNotifyTheHostAndReachEveryTarget) {
        {Named(ProjectChangeFileAdded, "b.c", "Source files")}},
       {[] { return Q().ChangeProjectFileGroup("main.c", "Missing"); }, 0, {}},
       {[] { return Q().ChangeProjectFileGroup("b.c", "Lib"); }, 1, {Modified()}},
-      {[] { return Q().SetTarget("Nope"); }, 0, {}},
       {[] { return Q().SetTarget("Release"); }, 1, {Named(ProjectChangeReloaded, "", "")}},
+      {[] { return Q().SetTarget("Nope"); }, 0, {}},
   });
   for (const char* target : {"demo - Debug", "Release"}) {
     SCOPED_TRACE(target);
@@ -210,6 +209,7 @@ TEST_F(HostTest, EditsNotifyTheHostAndReachEveryTarget) {
   }
   EXPECT_EQ(DefaultTarget(), "Release");
   EXPECT_THAT(FirstTargetFiles(), ElementsAre("main.c", "util.c", "b.c"));
+  EXPECT_NE(Q().IsFileInProject(util.c_str(), 0), 0);
   int kind = -2, value = -2;
   EXPECT_EQ(Q().GetProjectFileInfo(util.c_str(), "Release", &kind, &value), 1);
   EXPECT_EQ(Q().GetProjectFileInfo("absent.c", "Release", &kind, &value), 0);
@@ -225,6 +225,7 @@ TEST_F(HostTest, EditsNotifyTheHostAndReachEveryTarget) {
        {Named(ProjectChangeFileRemoved, util, "Lib"), Named(ProjectChangeFileRemoved, b, "Lib"),
         Named(ProjectChangeGroupRemoved, "Lib", "")}},
       {[] { return Q().DeleteTarget("Release"); }, 1, {Modified()}},
+      {[] { return Q().DeleteTarget("Release"); }, 0, {Modified()}},
   });
   EXPECT_THAT(Targets(), ElementsAre("demo - Debug"));
   EXPECT_EQ(DefaultTarget(), "") << "the default target was deleted";

@@ -203,6 +203,31 @@ TEST_F(MakeEngineTest, DiagnosticsBecomeErrorListLinesAndAMissingObjectPreventsT
   EXPECT_EQ(ui.beeps().back().frequency_hz, 500);
 }
 
+TEST_F(MakeEngineTest, AnErrorFileIsDeletedBeforeTheRunAndShownAfterIt) {
+  project.target_set().filter_name = "Cosmic (err)";
+  fs.Create(Rooted("/p/util.err"), "stale\n");
+  runner.On(Rooted("/p/main."),
+            Script({{Out("main.OBJ"), "o"}, {Rooted("/p/main.err"), "E1 main.c 3\n"}}));
+  Build(MakeModeBuildAll);
+  const auto translator = sink.Lines(OutputTranslatorOutput);
+  auto block = std::find(translator.begin(), translator.end(),
+                         "--------------- Content of file main.err ---------------");
+  ASSERT_NE(block, translator.end());
+  EXPECT_EQ(*(block + 1), "E1 main.c 3");
+  EXPECT_TRUE(Has(translator, "File \"" + Rooted("/p/util.err") + "\" can't be opened for reading"));
+}
+
+TEST_F(MakeEngineTest, ACompileThatMakesAssemblerIsAssembledAfterIt) {
+  target->FindFile("main.c")->options().SetInt(kRunAssemblerId, 1, Own);
+  runner.On("as " + Out("main.ASM"), Script({{Out("main.OBJ"), "from the assembler"}}));
+  std::vector<std::string> files{"main.c"};
+  Build(MakeModeCompile, 1, &files);
+  EXPECT_EQ(BuildLines(), (std::vector<std::string>{"Compiling ...", "main.c", "main.c",
+                                                    "Process terminated successfully.",
+                                                    "0 Error(s)  0 Warning(s)"}));
+  EXPECT_EQ(runner.command_lines().back(), "as " + Out("main.ASM"));
+}
+
 TEST_F(MakeEngineTest, NoFilterMeansNoSummaryAndATargetWithoutFilesStartsNothing) {
   project.target_set().filter_name = kNoFilter;
   runner.On(Rooted("/p/main."), Script({{Out("main.OBJ"), "o"}}, "main.c:3: error: y\n"));

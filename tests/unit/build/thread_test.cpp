@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <stdexcept>
+#include <thread>
 
 namespace quillon {
 namespace {
@@ -19,6 +21,21 @@ TEST(ThreadTest, ExitCodeIsTheBodysOrZeroWhenItThrows) {
   EXPECT_EQ(throws.exit_code(), 0);
   EXPECT_FALSE(returns.Start()) << "started twice";
   EXPECT_EQ(returns.error()->code(), CMT_Exception::kResumeFailed);
+}
+
+TEST(ThreadTest, WaitTimesOutWhileTheBodyRunsAndFailsBeforeStart) {
+  std::atomic<bool> release{false};
+  CThread thread([&] {
+    while (!release) std::this_thread::yield();
+    return 1;
+  });
+  EXPECT_EQ(thread.Wait(), CThread::WaitResult::kFailed);
+  EXPECT_EQ(thread.error()->code(), CMT_Exception::kWaitFailed);
+  ASSERT_TRUE(thread.Start());
+  EXPECT_EQ(thread.Wait(0), CThread::WaitResult::kTimedOut);
+  release = true;
+  EXPECT_EQ(thread.Wait(), CThread::WaitResult::kSignalled);
+  EXPECT_EQ(thread.exit_code(), 1);
 }
 
 }  // namespace

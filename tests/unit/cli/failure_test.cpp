@@ -94,7 +94,7 @@ TEST_F(FailureTest, UnreadableFilesAreNamedWithTheStoresOwnText) {
     std::string message;
   };
   const std::string p = "p.qpj";
-  const std::string invalid = CSettingsRegistry::ErrorText(kRegInvalidFormat);
+  const std::string invalid = "Invalid file format (not registry).";
   const Case cases[] = {
       {"p.qpj", "not a store at all", {"show", p}, "cannot read p.qpj: " + invalid},
       {"p.qpj", "not a store at all", {"target", "add", p, "X"}, "cannot read p.qpj: " + invalid},

@@ -38,7 +38,8 @@ TEST_F(OptionTest, ScalarsAndListsRoundTripThroughTheFile) {
   EXPECT_EQ(Get({"DF_Valid"}), "1\n");
   Set({"IncludePaths"});  // no values clears a list
   EXPECT_EQ(Get({"IncludePaths"}), "");
-  EXPECT_THAT(Ok({"option", "list", "p.qpj"}), HasSubstr("IncludePaths                 global  string list\n"));
+  EXPECT_THAT(Ok({"option", "list", "p.qpj"}),
+              HasSubstr("IncludePaths                 global  string list\n"));
 }
 
 TEST_F(OptionTest, TargetAndFileValuesGoWhereTheyAreNamed) {

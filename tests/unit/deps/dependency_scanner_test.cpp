@@ -94,6 +94,19 @@ TEST_F(ScannerTest, UnchangedFilesAreNotMappedAgain) {
   EXPECT_FALSE(Newer("p/a.c", fs_.Now()));
 }
 
+TEST_F(ScannerTest, IncludeCyclesEnd) {
+  fs_.Create(P("p/a.c"), "#include \"x.h\"\n");
+  fs_.Create(P("p/x.h"), "#include \"y.h\"\n");
+  fs_.Create(P("p/y.h"), "#include \"x.h\"\n#include \"y.h\"\n");
+  AddSource("p/a.c");
+  Update();
+  EXPECT_EQ(DependencyNames(scanner_.FindNode(P("p/y.h"))), (Names{P("p/x.h"), P("p/y.h")}));
+  EXPECT_FALSE(Newer("p/a.c", fs_.Now()));
+  Touch("p/y.h", "#include \"x.h\"\n");
+  Update();
+  EXPECT_TRUE(Newer("p/a.c", fs_.Now() - 1));
+}
+
 TEST_F(ScannerTest, VisitedNodesAnswerFalseUntilCleared) {
   fs_.Create(P("p/a.c"), "#include \"h.h\"\n");
   fs_.Create(P("p/b.c"), "#include \"h.h\"\n");

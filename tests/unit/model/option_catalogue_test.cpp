@@ -64,7 +64,8 @@ TEST_F(OptionCatalogueTest, TargetEditReachesFilesThatStillInherit) {
   EXPECT_EQ(CompilerOptionsOf(File(0)), "-O2");
   EXPECT_EQ(CompilerOptionsOf(File(1)), "-own");
   EXPECT_EQ(CompilerOptionsOf(File(2)), "$(EDNAME)");  // assembler source
-  ASSERT_TRUE(SetTargetFileOption(project, *target, *FindOption("AssemblerOptions"), {"-g"}, &error));
+  ASSERT_TRUE(
+      SetTargetFileOption(project, *target, *FindOption("AssemblerOptions"), {"-g"}, &error));
   EXPECT_EQ(File(2)->options().GetString(kAssemblerOptionsId, 0), "-g");
   EXPECT_EQ(File(0)->options().GetString(kAssemblerOptionsId, 0), "$(EDNAME)");
   EXPECT_FALSE(SetTargetFileOption(project, *target, *FindOption("LinkerOptions"), {"x"}, &error));

@@ -99,6 +99,15 @@ TEST_F(PersistenceTest, RichProjectLoadsBackEqualInBothParts) {
   EXPECT_EQ(SaveBytes(loaded, TransferPass::kLocal), local);
 }
 
+TEST_F(PersistenceTest, ProjectWithoutTargetsLoadsBackWithoutThem) {
+  std::unique_ptr<CProjectData> loaded = Fresh();
+  loaded->AddTarget("Stale", "");
+  LoadBytes(*loaded, SaveBytes(project, TransferPass::kShared), TransferPass::kShared);
+  EXPECT_TRUE(loaded->target_set().targets.empty());
+  EXPECT_EQ(loaded->default_target(), nullptr);
+  EXPECT_EQ(loaded->target_set().filter_name, "No filter");
+}
+
 TEST_F(PersistenceTest, MissingProjectOptionsStillReadsTheTargets) {
   CSettingsRegistry writer(nullptr, true);
   writer.OpenKeyFromRoot("Project[0]\\Target[0]", true);

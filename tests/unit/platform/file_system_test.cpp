@@ -91,13 +91,6 @@ struct DiskNames {
 using Disks = ::testing::Types<RealDisk, Fake>;
 TYPED_TEST_SUITE(FileSystemContractTest, Disks, DiskNames);
 
-TYPED_TEST(FileSystemContractTest, MissingFileHasMissingTime) {
-  EXPECT_EQ(this->fs().Stat(this->At("nothing.c")).time, kMissingFile);
-  EXPECT_FALSE(this->fs().Stat(this->At("no/such/dir/x.c")).exists());
-  EXPECT_FALSE(this->fs().FileExists(this->At("nothing.c")));
-  EXPECT_TRUE(this->fs().DirectoryExists(this->At("")));
-}
-
 TYPED_TEST(FileSystemContractTest, WrittenBytesReadBackUnchanged) {
   const std::string contents("line\r\nnext\n\0\xff end", 17);
   this->Write("a.bin", contents);
@@ -113,11 +106,16 @@ TYPED_TEST(FileSystemContractTest, WrittenBytesReadBackUnchanged) {
   EXPECT_EQ(this->Read("a.bin"), "short");
 }
 
-TYPED_TEST(FileSystemContractTest, ErrorsNameTheFile) {
+TYPED_TEST(FileSystemContractTest, MissingFilesHaveMissingTimeAndErrorsNameThem) {
+  EXPECT_EQ(this->fs().Stat(this->At("missing.h")).time, kMissingFile);
+  EXPECT_FALSE(this->fs().Stat(this->At("no/such/dir/x.c")).exists());
+  EXPECT_FALSE(this->fs().FileExists(this->At("missing.h")));
+  EXPECT_TRUE(this->fs().DirectoryExists(this->At("")));
   std::string contents = "stale";
   const Status status = this->fs().ReadFile(this->At("missing.h"), &contents);
   EXPECT_FALSE(status.ok());
   EXPECT_NE(status.message().find("missing.h'"), std::string::npos) << status.message();
+  EXPECT_TRUE(status.IsNotFound());
   EXPECT_EQ(contents, "");
 
   std::unique_ptr<WritableFile> file;
@@ -142,15 +140,13 @@ TYPED_TEST(FileSystemContractTest, MapsEmptyAndNonEmptyFiles) {
   EXPECT_EQ(this->fs().MapReadOnly(this->At("dir")), nullptr);
 }
 
-TYPED_TEST(FileSystemContractTest, RemoveSucceedsWhenFileIsGone) {
+TYPED_TEST(FileSystemContractTest, RemoveSucceedsWhenFileIsGoneAndRenameReplaces) {
   ASSERT_OK(this->fs().RemoveFile(this->At("never.o")));
   ASSERT_OK(this->fs().RemoveFile(this->At("no/dir/never.o")));
   this->Write("x.o", "obj");
   ASSERT_OK(this->fs().RemoveFile(this->At("x.o")));
   EXPECT_FALSE(this->fs().Stat(this->At("x.o")).exists());
-}
 
-TYPED_TEST(FileSystemContractTest, RenameReplacesTarget) {
   this->Write("new.txt", "new");
   this->Write("old.txt", "old");
   ASSERT_OK(this->fs().RenameFile(this->At("new.txt"), this->At("old.txt")));
@@ -223,6 +219,15 @@ TYPED_TEST(FileSystemContractTest, WriteFileAtomicallyReplacesAndLeavesNothingEl
   std::vector<DirEntry> entries;
   ASSERT_OK(this->fs().ListDirectory(this->At(""), &entries));
   EXPECT_EQ(Names(entries), (std::vector<std::string>{"dir.qpj/", "fresh.qpj", "store.qpj"}));
+}
+
+// Names Windows opens although no listing spells them so; POSIX has none.
+TEST(FileNamesTest, OnlyWindowsOpensUnlistedNames) {
+  for (const char* name : {"PROGRA~1", "a.c.", "a.c ", "a.c:stream", "\xe9t\xe9.h"}) {
+    EXPECT_EQ(MayOpenUnlisted(name), kPathsIgnoreCase) << name;
+  }
+  EXPECT_FALSE(MayOpenUnlisted("plain.h"));
+  EXPECT_FALSE(MayOpenUnlisted(""));
 }
 
 class FakeFileSystemTest : public ::testing::Test {

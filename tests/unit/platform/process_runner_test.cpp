@@ -293,13 +293,19 @@ class ProcessRunnerTest : public ::testing::Test {
     return process ? process->Wait(-1) : -1000;
   }
 
-  // The pid a child wrote into `name`, once it is there.
+  // The pid a child wrote into `name`, once it is there. Tests end a child
+  // only after this: under Wine, the console host of a child killed while
+  // it is still starting can outlive the test run.
   long PidIn(const std::string& name) const {
+    // Read until it holds a number: on Windows the writer's rename may
+    // still hold the file for a moment after the name appears.
     const auto deadline = std::chrono::steady_clock::now() + 60s;
-    while (!fs::exists(At(name)) && std::chrono::steady_clock::now() < deadline) {
+    long pid = 0;
+    while ((pid = std::atol(Read(name).c_str())) <= 0 &&
+           std::chrono::steady_clock::now() < deadline) {
       std::this_thread::sleep_for(20ms);
     }
-    return std::atol(Read(name).c_str());
+    return pid;
   }
 
   ProcessRunner& runner_ = ProcessRunner::Default();
@@ -436,9 +442,10 @@ TEST_F(ProcessRunnerTest, ChildSeesTheArgumentsSplitCommandLineGives) {
 }
 
 TEST_F(ProcessRunnerTest, WaitWithATimeoutReportsARunningChild) {
-  std::unique_ptr<Process> process = Start(Child("sleep"));
+  std::unique_ptr<Process> process = Start(Child("pid_sleep " + At("pid")));
   ASSERT_NE(process, nullptr);
   EXPECT_EQ(process->Wait(0), kProcessStillRunning);
+  ASSERT_GT(PidIn("pid"), 0);
   EXPECT_EQ(process->Wait(50), kProcessStillRunning);
   process->Terminate();
   EXPECT_EQ(process->Wait(-1), kTerminatedExitStatus);
@@ -447,8 +454,9 @@ TEST_F(ProcessRunnerTest, WaitWithATimeoutReportsARunningChild) {
 }
 
 TEST_F(ProcessRunnerTest, TerminateFromAnotherThreadEndsAWaitWithoutLimit) {
-  std::unique_ptr<Process> process = Start(Child("sleep"));
+  std::unique_ptr<Process> process = Start(Child("pid_sleep " + At("pid")));
   ASSERT_NE(process, nullptr);
+  ASSERT_GT(PidIn("pid"), 0);
   std::future<int> waited = std::async(std::launch::async, [&] { return process->Wait(-1); });
   std::this_thread::sleep_for(100ms);  // most likely inside Wait by now
   process->Terminate();

@@ -126,6 +126,17 @@ TEST(RegistryFormatTest, HandWrittenFileReadsAndWritesBackTheSameBytes) {
   EXPECT_EQ(Save(FillEveryType), EveryTypeFile());
 }
 
+TEST(RegistryFormatTest, HeaderIsWrittenAtOnceAndTheTreeAtTheEnd) {
+  MemoryByteStream stream;
+  {
+    CSettingsRegistry store(&stream, true);
+    EXPECT_EQ(stream.contents(), FileBytes().Header().str());
+    store.WriteInt("x", 1);
+    EXPECT_EQ(stream.contents().size(), 10u);
+  }
+  EXPECT_EQ(stream.contents(), FileBytes().Header().Key("$", 1).Int("x", 1).str());
+}
+
 TEST(RegistryFormatTest, OversizedFieldsAreCutToTheirWidth) {
   std::string long_text(65536 + 10, 'x');
   long_text[0] = 'y';
