@@ -2,6 +2,7 @@
 // the IDE's Build button does, printing what the library tells as it comes.
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -58,6 +59,43 @@ class BuildPrinter {
   bool quiet_;
 };
 
+// While qpm builds a project, NAME.qpj.build holds its process id, so that
+// `qpm stop NAME.qpj` from another shell can reach it.
+std::string BuildMarker(const std::string& project) { return project + ".build"; }
+
+class BuildMarkerFile {
+ public:
+  explicit BuildMarkerFile(std::string path) : path_(std::move(path)) {
+    FileSystem::Default().WriteFileAtomically(path_, std::to_string(CurrentProcessId()) + "\n");
+  }
+  ~BuildMarkerFile() { FileSystem::Default().RemoveFile(path_); }
+  BuildMarkerFile(const BuildMarkerFile&) = delete;
+  BuildMarkerFile& operator=(const BuildMarkerFile&) = delete;
+
+ private:
+  std::string path_;
+};
+
+Status StopBuild(Cli& cli, const std::string& file) {
+  using namespace std::chrono_literals;
+  FileSystem& fs = FileSystem::Default();
+  const std::string marker = BuildMarker(file);
+  std::string text;
+  if (!fs.ReadFile(marker, &text).ok()) {
+    return Status::NotFound("no build of " + file + " is running");
+  }
+  const long pid = std::strtol(text.c_str(), nullptr, 10);
+  if (!InterruptProcess(pid)) {
+    // A marker left behind by a qpm that died.
+    fs.RemoveFile(marker);
+    return Status::NotFound("no build of " + file + " is running");
+  }
+  for (int i = 0; i < 100 && fs.FileExists(marker); ++i) std::this_thread::sleep_for(50ms);
+  if (fs.FileExists(marker)) return Status::IoError("the build of " + file + " did not stop");
+  cli.out() << "stopped the build of " << file << "\n";
+  return Status::OK();
+}
+
 // Waits for the build thread, turning a stop signal into _StopMake.
 void WaitForBuild() {
   using namespace std::chrono_literals;
@@ -90,6 +128,7 @@ Status Build(Cli& cli, const BuildArgs& args, int mode) {
   SetOutputHandler([&](int channel, int action, const char* text) {
     printer.Output(channel, action, text);
   });
+  BuildMarkerFile marker(BuildMarker(args.file));
   stop_signal = 0;
   auto previous_int = std::signal(SIGINT, OnStopSignal);
   auto previous_term = std::signal(SIGTERM, OnStopSignal);
@@ -216,6 +255,11 @@ void AddBuildCommands(Cli& cli) {
   filter_command->add_option("--source-file", filter->source,
                              "the file that was translated (for messages that name none)");
   filter_command->add_flag("--json", filter->json, "one JSON object per entry and line");
+
+  auto stop_file = std::make_shared<std::string>();
+  CLI::App* stop = cli.AddCommand(cli.app(), "stop", "stop the build that another qpm runs",
+                                  [&cli, stop_file] { return StopBuild(cli, *stop_file); });
+  stop->add_option("FILE", *stop_file, "the project file being built")->required();
 
   struct CompdbArgs {
     std::string file;

@@ -45,6 +45,11 @@ std::string GetEXEDir();
 // family of Windows, which is every Windows this library runs on.
 bool GetOSInfo();
 
+// This process's id, and a request to another process to stop as Ctrl-C
+// asks (false when there is no such process or it may not be signalled).
+long CurrentProcessId();
+bool InterruptProcess(long pid);
+
 // The directory for temporary files, with a trailing separator.
 std::string TemporaryDirectory();
 // What runs a command line when no COMSPEC says otherwise.

@@ -1,6 +1,7 @@
 // Environment and program facts on POSIX: getenv and, on Linux,
 // /proc/self/exe.
 #include <limits.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -28,6 +29,12 @@ std::string GetEXEPath() {
 }
 
 bool GetOSInfo() { return true; }
+
+long CurrentProcessId() { return static_cast<long>(::getpid()); }
+
+bool InterruptProcess(long pid) {
+  return pid > 0 && ::kill(static_cast<pid_t>(pid), SIGINT) == 0;
+}
 
 std::string TemporaryDirectory() {
   std::string dir = GetEnvironmentVariable("TMPDIR");

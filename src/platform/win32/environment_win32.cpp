@@ -46,6 +46,12 @@ std::string GetEXEPath() {
 // The high bit of GetVersion marks the Windows 9x family.
 bool GetOSInfo() { return (::GetVersion() & 0x80000000u) == 0; }
 
+long CurrentProcessId() { return static_cast<long>(::GetCurrentProcessId()); }
+
+// Windows has no way to ask another program to stop as Ctrl-C would, short
+// of sharing its console; the IDE stops its builds with _StopMake instead.
+bool InterruptProcess(long) { return false; }
+
 std::string TemporaryDirectory() {
   char buffer[MAX_PATH + 1];
   const DWORD length = ::GetTempPathA(sizeof buffer, buffer);

@@ -1,0 +1,165 @@
+#!/usr/bin/env bash
+# The build engine beside make on a tree of the anchor kit: 500 sources
+# compiled by gcc with exactly the same command lines, one job each, then
+# qpm with one job against two, then how fast a build stops on Ctrl-C.
+#
+#   KIT=DIR run-build-bench.sh [QPM]      (QPM: default build/release/cli/qpm)
+#
+# The project is made with qpm commands only. Its compile commands, as
+# `qpm compdb` reports them, are written into a Makefile unchanged, so make
+# and qpm run the same gcc lines into the same objects. Neither goes through
+# a shell: RunCommandInterpreterCmp/Lnk are 0, and make execs a recipe line
+# without metacharacters directly. The "link" is `touch OUTPUT` on both sides.
+# qpm also captures each compile's output and runs the GCC filter over it;
+# that is part of what is measured. Every timed run starts from an empty
+# object folder (hyperfine --prepare).
+#
+# Stop latency: a build whose compiler sleeps 30 s first; once a compile is
+# running, qpm gets SIGINT, and the time runs until qpm has exited and no
+# process of any compile's group is left.
+#
+# Environment: KIT (the anchor kit's folder; required), BENCH_WORK (tree and
+# results; default /tmp/quillon-build-bench), RUNS (hyperfine runs, default
+# 5), WARMUP (default 1), STOPS (stop repetitions, default 5), SOURCES (500).
+set -euo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+KIT=${KIT:?set KIT to the anchor kit folder (gen_tree.py)}
+QPM=${1:-$here/../build/release/cli/qpm}
+case $QPM in /*) ;; *) QPM=$PWD/$QPM ;; esac
+work=${BENCH_WORK:-/tmp/quillon-build-bench}
+RUNS=${RUNS:-5}
+WARMUP=${WARMUP:-1}
+STOPS=${STOPS:-5}
+SOURCES=${SOURCES:-500}
+tree=$work/tree
+out=$work/results/$(date +%Y%m%d-%H%M%S)
+
+log() { printf '[%(%H:%M:%S)T] %s\n' -1 "$*" >&2; }
+die() { echo "run-build-bench.sh: $*" >&2; exit 1; }
+[ -x "$QPM" ] || die "$QPM missing: cmake --preset release && cmake --build --preset release"
+case $work$QPM in *' '*) die "BENCH_WORK and QPM must not hold blanks (make cannot name such objects)" ;; esac
+command -v hyperfine > /dev/null || { apt-get update && apt-get install -y hyperfine; } >&2
+for tool in gcc make python3 pgrep; do command -v $tool > /dev/null || die "$tool missing"; done
+mkdir -p "$out"
+
+# ---------------------------------------------------------------- tree and project
+log "tree of $SOURCES sources"
+python3 "$KIT/gen_tree.py" --sources "$SOURCES" --headers $((SOURCES / 2)) --force "$tree" > /dev/null
+[ "$(sed 's|.*/||' "$tree/sources.txt" | sort | uniq -d)" = "" ] || die "sources share a name: objects would clash"
+
+# make_project NAME COMPILER: NAME.qpj at the tree root, objects in obj/.
+make_project() {
+  local p=$1.qpj
+  "$QPM" new --force "$p"
+  xargs -a sources.txt -n 1000 "$QPM" file add "$p" "Source files"
+  "$QPM" option set "$p" CompilerRelPath "$2"
+  "$QPM" option set "$p" RunCommandInterpreterCmp 0
+  "$QPM" option set "$p" RunCommandInterpreterLnk 0
+  # Compiles run at the tree root, where the -I paths start, and gcc's -o
+  # already puts each object where it belongs.
+  "$QPM" option set "$p" ChangeWorkingDirectory 0
+  "$QPM" option set "$p" CopyOutputFilesToTargetDir 0
+  "$QPM" option set "$p" COutExtensions o
+  "$QPM" option set "$p" FilterName GCC
+  "$QPM" option set "$p" DisplayParameters 0
+  "$QPM" option set "$p" ExecutableFileName bench.out
+  "$QPM" option set "$p" LinkerRelPath touch
+  "$QPM" option set "$p" TargetDirectory obj
+  "$QPM" option set "$p" LinkerOptions '$(OUTPUTPATH)'
+  "$QPM" option set "$p" CompilerOptions -- \
+    "-c -fno-show-column $(cat incflags.txt) \$(EDNAME) -o \$(OUTPUTDIR)\$(NOEXT).o"
+}
+cd "$tree"
+make_project P gcc
+cat > "$work/slow-gcc" << 'EOF'
+#!/bin/sh
+# A compiler that takes its time: what a stop has to cut short.
+sleep 30
+exec gcc "$@"
+EOF
+chmod +x "$work/slow-gcc"
+make_project slow "$work/slow-gcc"
+
+# The Makefile: qpm's own compile commands, one rule per object, then the link.
+"$QPM" compdb P.qpj -o "$work/compile_commands.json" > /dev/null
+python3 - "$work/compile_commands.json" "$tree/obj/bench.out" > "$work/build.mk" << 'EOF'
+import json, sys
+entries, target = json.load(open(sys.argv[1])), sys.argv[2]
+objects = [e["command"].rsplit(" -o ", 1)[1] for e in entries]
+print(".SUFFIXES:\n%s: %s\n\ttouch %s" % (target, " ".join(objects), target))
+for e, o in zip(entries, objects):
+    print("%s: %s\n\t%s" % (o, e["file"], e["command"]))
+EOF
+
+clean="rm -rf $tree/obj && mkdir $tree/obj"
+make_cmd="make -r -j1 -f $work/build.mk -C $tree"
+qpm1="$QPM build $tree/P.qpj -j 1 --quiet"
+qpm2="$QPM build $tree/P.qpj -j 2 --quiet"
+# Both must really build everything before either is timed.
+for cmd in "$make_cmd" "$qpm1"; do
+  eval "$clean"
+  $cmd > "$out/check.log" 2>&1 || die "failed: $cmd (see $out/check.log)"
+  n=$(find obj -name '*.o' | wc -l)
+  [ "$n" -eq "$SOURCES" ] && [ -f obj/bench.out ] || die "$cmd: $n objects, expected $SOURCES and obj/bench.out"
+done
+
+# ---------------------------------------------------------------- timing
+log "hyperfine: make -j1, qpm -j1, qpm -j2 ($RUNS runs each)"
+hyperfine --style basic --runs "$RUNS" --warmup "$WARMUP" --prepare "$clean" \
+  --export-json "$out/build.json" \
+  -n make_j1 "$make_cmd" -n qpm_j1 "$qpm1" -n qpm_j2 "$qpm2" >&2
+
+# ---------------------------------------------------------------- stop latency
+log "stop latency ($STOPS stops)"
+: > "$out/stops.txt"
+for i in $(seq "$STOPS"); do
+  eval "$clean"
+  "$QPM" build "$tree/slow.qpj" -j 2 --quiet > "$out/stop-$i.log" 2>&1 &
+  pid=$!
+  children=
+  for _ in $(seq 500); do
+    children=$(pgrep -d, -P "$pid" || true)
+    [ -n "$children" ] && break
+    sleep 0.01
+  done
+  [ -n "$children" ] || die "no compile started under qpm $pid"
+  sleep 0.2   # let the second job start too
+  groups=$(pgrep -d, -P "$pid" || true)   # each compile leads a process group
+  start=$EPOCHREALTIME
+  kill -INT "$pid"
+  while :; do
+    read -r _ _ state _ 2> /dev/null < "/proc/$pid/stat" || state=gone
+    if [ "$state" = Z ] || [ "$state" = gone ]; then
+      [ -z "$groups" ] || ! pgrep -g "$groups" > /dev/null && break
+    fi
+    if (( ${EPOCHREALTIME/./} - ${start/./} > 10000000 )); then
+      kill -KILL "$pid" 2> /dev/null || true
+      for g in ${groups//,/ }; do kill -KILL -- "-$g" 2> /dev/null || true; done
+      die "qpm $pid or its compiles still there 10 s after SIGINT"
+    fi
+    sleep 0.005
+  done
+  end=$EPOCHREALTIME
+  rc=0; wait "$pid" || rc=$?
+  ms=$(( (${end/./} - ${start/./}) / 1000 ))
+  echo "$ms $rc" >> "$out/stops.txt"
+  log "stop $i: ${ms} ms, qpm exit status $rc, compiles running at the stop: ${groups//,/ }"
+done
+
+# ---------------------------------------------------------------- summary
+python3 - "$out" "$SOURCES" "$make_cmd" "$qpm1" "$qpm2" << 'EOF' | tee "$out/summary.md"
+import json, statistics, sys
+out, n, make_cmd, qpm1, qpm2 = sys.argv[1], int(sys.argv[2]), *sys.argv[3:]
+med = {r["command"]: statistics.median(r["times"]) for r in json.load(open(out + "/build.json"))["results"]}
+stops = [int(line.split()[0]) for line in open(out + "/stops.txt")]
+m, q1, q2 = med["make_j1"], med["qpm_j1"], med["qpm_j2"]
+print("| measure | value | goal |\n|---|---:|---|")
+print("| make -j1 / qpm -j1 / qpm -j2 (medians) | %.2f s / %.2f s / %.2f s | |" % (m, q1, q2))
+print("| per file: make / qpm overhead over make | %.1f ms / %+.2f ms | |" % (m / n * 1e3, (q1 - m) / n * 1e3))
+print("| qpm -j1 / make -j1 | %.3f | <= 1.10 |" % (q1 / m))
+print("| speed-up qpm -j2 over -j1 | %.2f | >= 1.8 |" % (q1 / q2))
+print("| stop latency, max of %d (all, ms) | %d ms (%s) | < 1000 ms |" % (len(stops), max(stops), " ".join(map(str, stops))))
+print("\nmake: `%s`\nqpm:  `%s`\nqpm:  `%s`" % (make_cmd, qpm1, qpm2))
+EOF
+log "results: $out"
