@@ -18,16 +18,20 @@
 # running, qpm gets SIGINT, and the time runs until qpm has exited and no
 # process of any compile's group is left.
 #
-# Environment: KIT (the anchor kit's folder; required), BENCH_WORK (tree and
-# results; default /tmp/quillon-build-bench), RUNS (hyperfine runs, default
-# 5), WARMUP (default 1), STOPS (stop repetitions, default 5), SOURCES (500).
+# Environment: KIT (the anchor kit's folder; required), BENCH_WORK (tree
+# and results; default ${TMPDIR:-/tmp}/quillon-build-bench), RUNS (hyperfine
+# runs, default 5), WARMUP (default 1), STOPS (stop repetitions, default 5),
+# SOURCES (default 500).
+
+# $(NAME) in single quotes is a macro of the project, kept for qpm.
+# shellcheck disable=SC2016
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 KIT=${KIT:?set KIT to the anchor kit folder (gen_tree.py)}
 QPM=${1:-$here/../build/release/cli/qpm}
 case $QPM in /*) ;; *) QPM=$PWD/$QPM ;; esac
-work=${BENCH_WORK:-/tmp/quillon-build-bench}
+work=${BENCH_WORK:-${TMPDIR:-/tmp}/quillon-build-bench}
 RUNS=${RUNS:-5}
 WARMUP=${WARMUP:-1}
 STOPS=${STOPS:-5}
@@ -38,7 +42,9 @@ out=$work/results/$(date +%Y%m%d-%H%M%S)
 log() { printf '[%(%H:%M:%S)T] %s\n' -1 "$*" >&2; }
 die() { echo "run-build-bench.sh: $*" >&2; exit 1; }
 [ -x "$QPM" ] || die "$QPM missing: cmake --preset release && cmake --build --preset release"
-case $work$QPM in *' '*) die "BENCH_WORK and QPM must not hold blanks (make cannot name such objects)" ;; esac
+case $work$QPM in
+  *' '*) die "BENCH_WORK and QPM must not hold blanks (make cannot name such objects)" ;;
+esac
 command -v hyperfine > /dev/null || { apt-get update && apt-get install -y hyperfine; } >&2
 for tool in gcc make python3 pgrep; do command -v $tool > /dev/null || die "$tool missing"; done
 mkdir -p "$out"
@@ -46,7 +52,8 @@ mkdir -p "$out"
 # ---------------------------------------------------------------- tree and project
 log "tree of $SOURCES sources"
 python3 "$KIT/gen_tree.py" --sources "$SOURCES" --headers $((SOURCES / 2)) --force "$tree" > /dev/null
-[ "$(sed 's|.*/||' "$tree/sources.txt" | sort | uniq -d)" = "" ] || die "sources share a name: objects would clash"
+[ -z "$(sed 's|.*/||' "$tree/sources.txt" | sort | uniq -d)" ] ||
+  die "sources share a name: their objects would clash"
 
 # make_project NAME COMPILER: NAME.qpj at the tree root, objects in obj/.
 make_project() {
@@ -101,65 +108,83 @@ for cmd in "$make_cmd" "$qpm1"; do
   eval "$clean"
   $cmd > "$out/check.log" 2>&1 || die "failed: $cmd (see $out/check.log)"
   n=$(find obj -name '*.o' | wc -l)
-  [ "$n" -eq "$SOURCES" ] && [ -f obj/bench.out ] || die "$cmd: $n objects, expected $SOURCES and obj/bench.out"
+  if [ "$n" -ne "$SOURCES" ] || [ ! -f obj/bench.out ]; then
+    die "$cmd: $n objects, expected $SOURCES and obj/bench.out"
+  fi
 done
 
 # ---------------------------------------------------------------- timing
 log "hyperfine: make -j1, qpm -j1, qpm -j2 ($RUNS runs each)"
+cut -d' ' -f1-3 /proc/loadavg > "$out/load.txt"
 hyperfine --style basic --runs "$RUNS" --warmup "$WARMUP" --prepare "$clean" \
   --export-json "$out/build.json" \
   -n make_j1 "$make_cmd" -n qpm_j1 "$qpm1" -n qpm_j2 "$qpm2" >&2
+cut -d' ' -f1-3 /proc/loadavg >> "$out/load.txt"
 
 # ---------------------------------------------------------------- stop latency
+ms_since() { echo $(( (${EPOCHREALTIME/./} - ${1/./}) / 1000 )); }
+# qpm gone: exited and reaped, or a zombie until this shell reaps it.
+qpm_gone() {
+  local state=gone
+  read -r _ _ state _ 2> /dev/null < "/proc/$1/stat"
+  [[ $state == Z* || $state == gone ]]
+}
+# A live process in the groups; killed ones left as zombies under init (which
+# may reap them late) are dead and do not count.
+groups_alive() { pgrep -g "$1" -r R,S,D,T,t,I > /dev/null; }
 log "stop latency ($STOPS stops)"
 : > "$out/stops.txt"
 for i in $(seq "$STOPS"); do
   eval "$clean"
   "$QPM" build "$tree/slow.qpj" -j 2 --quiet > "$out/stop-$i.log" 2>&1 &
   pid=$!
-  children=
   for _ in $(seq 500); do
-    children=$(pgrep -d, -P "$pid" || true)
-    [ -n "$children" ] && break
+    [ -z "$(pgrep -P "$pid")" ] || break
     sleep 0.01
   done
-  [ -n "$children" ] || die "no compile started under qpm $pid"
-  sleep 0.2   # let the second job start too
-  groups=$(pgrep -d, -P "$pid" || true)   # each compile leads a process group
+  sleep 0.2   # the second job starts too
+  groups=$(pgrep -d, -P "$pid") || die "no compile started under qpm $pid"
   start=$EPOCHREALTIME
   kill -INT "$pid"
-  while :; do
-    read -r _ _ state _ 2> /dev/null < "/proc/$pid/stat" || state=gone
-    if [ "$state" = Z ] || [ "$state" = gone ]; then
-      [ -z "$groups" ] || ! pgrep -g "$groups" > /dev/null && break
-    fi
-    if (( ${EPOCHREALTIME/./} - ${start/./} > 10000000 )); then
+  exited=
+  while [ -z "$exited" ] || groups_alive "$groups"; do
+    [ -n "$exited" ] || ! qpm_gone "$pid" || exited=$(ms_since "$start")
+    if [ "$(ms_since "$start")" -gt 10000 ]; then
       kill -KILL "$pid" 2> /dev/null || true
       for g in ${groups//,/ }; do kill -KILL -- "-$g" 2> /dev/null || true; done
       die "qpm $pid or its compiles still there 10 s after SIGINT"
     fi
     sleep 0.005
   done
-  end=$EPOCHREALTIME
+  all=$(ms_since "$start")
   rc=0; wait "$pid" || rc=$?
-  ms=$(( (${end/./} - ${start/./}) / 1000 ))
-  echo "$ms $rc" >> "$out/stops.txt"
-  log "stop $i: ${ms} ms, qpm exit status $rc, compiles running at the stop: ${groups//,/ }"
+  echo "$all $exited $rc" >> "$out/stops.txt"
+  log "stop $i: qpm exited after $exited ms (status $rc), its compiles (groups ${groups//,/ }) gone after $all ms"
 done
 
 # ---------------------------------------------------------------- summary
 python3 - "$out" "$SOURCES" "$make_cmd" "$qpm1" "$qpm2" << 'EOF' | tee "$out/summary.md"
 import json, statistics, sys
 out, n, make_cmd, qpm1, qpm2 = sys.argv[1], int(sys.argv[2]), *sys.argv[3:]
-med = {r["command"]: statistics.median(r["times"]) for r in json.load(open(out + "/build.json"))["results"]}
-stops = [int(line.split()[0]) for line in open(out + "/stops.txt")]
+results = {r["command"]: r for r in json.load(open(out + "/build.json"))["results"]}
+med = {k: statistics.median(r["times"]) for k, r in results.items()}
+# user + system of the whole process tree (means): what the load barely moves.
+cpu = {k: r["user"] + r["system"] for k, r in results.items()}
+load = " / ".join(line.strip() for line in open(out + "/load.txt"))
+stops = [[int(x) for x in line.split()] for line in open(out + "/stops.txt")]
 m, q1, q2 = med["make_j1"], med["qpm_j1"], med["qpm_j2"]
 print("| measure | value | goal |\n|---|---:|---|")
 print("| make -j1 / qpm -j1 / qpm -j2 (medians) | %.2f s / %.2f s / %.2f s | |" % (m, q1, q2))
 print("| per file: make / qpm overhead over make | %.1f ms / %+.2f ms | |" % (m / n * 1e3, (q1 - m) / n * 1e3))
 print("| qpm -j1 / make -j1 | %.3f | <= 1.10 |" % (q1 / m))
+print("| CPU (user+sys) per file: make / qpm overhead; qpm / make | %.1f ms / %+.2f ms; %.3f | |"
+      % (cpu["make_j1"] / n * 1e3, (cpu["qpm_j1"] - cpu["make_j1"]) / n * 1e3, cpu["qpm_j1"] / cpu["make_j1"]))
 print("| speed-up qpm -j2 over -j1 | %.2f | >= 1.8 |" % (q1 / q2))
-print("| stop latency, max of %d (all, ms) | %d ms (%s) | < 1000 ms |" % (len(stops), max(stops), " ".join(map(str, stops))))
+for col, what in ((0, "until its compiles are gone"), (1, "until qpm exited")):
+    times = [s[col] for s in stops]
+    print("| stop latency %s, max of %d | %d ms (all: %s) | < 1000 ms |"
+          % (what, len(times), max(times), " ".join(map(str, times))))
+print("\nLoad average before / after the timing (1, 5, 15 min): %s" % load)
 print("\nmake: `%s`\nqpm:  `%s`\nqpm:  `%s`" % (make_cmd, qpm1, qpm2))
 EOF
 log "results: $out"

@@ -1,6 +1,7 @@
 #include "build/make_engine.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <unordered_set>
 
 #include "build/message_table.h"

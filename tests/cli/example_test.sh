@@ -93,3 +93,23 @@ grep -qF 'CompilerOptions = "arm-none-eabi-gcc -c -fno-show-column' "$work/corte
   echo "qpm show --all: target Cortex-M lacks its own compiler options" >&2
   exit 1
 }
+
+# The host target builds with the machine's gcc and runs; a second make has
+# nothing to do; a touched header brings back exactly its includers.
+cd "$work/blinky"
+"$qpm" make blinky.qpj --quiet >"$work/make1.txt" 2>&1 || {
+  cat "$work/make1.txt" >&2
+  exit 1
+}
+grep -qxF '0 Error(s)  4 Warning(s)' "$work/make1.txt" || {
+  echo "qpm make: unexpected summary" >&2
+  cat "$work/make1.txt" >&2
+  exit 1
+}
+./out/host/blinky.elf | grep -qF 'tick 20: uart "uptime 2 s"'
+"$qpm" make blinky.qpj --quiet | grep -qF '... is up to date.'
+sleep 0.01
+touch include/config.h
+"$qpm" why blinky.qpj 2>/dev/null >"$work/why.txt"
+printf "%s\n" "'board_host.o' is not up to date." "'led.o' is not up to date." \
+  "'main.o' is not up to date." | diff -u - "$work/why.txt"

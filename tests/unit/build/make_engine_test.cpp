@@ -217,17 +217,6 @@ TEST_F(MakeEngineTest, AnErrorFileIsDeletedBeforeTheRunAndShownAfterIt) {
   EXPECT_TRUE(Has(translator, "File \"" + Rooted("/p/util.err") + "\" can't be opened for reading"));
 }
 
-TEST_F(MakeEngineTest, ACompileThatMakesAssemblerIsAssembledAfterIt) {
-  target->FindFile("main.c")->options().SetInt(kRunAssemblerId, 1, Own);
-  runner.On("as " + Out("main.ASM"), Script({{Out("main.OBJ"), "from the assembler"}}));
-  std::vector<std::string> files{"main.c"};
-  Build(MakeModeCompile, 1, &files);
-  EXPECT_EQ(BuildLines(), (std::vector<std::string>{"Compiling ...", "main.c", "main.c",
-                                                    "Process terminated successfully.",
-                                                    "0 Error(s)  0 Warning(s)"}));
-  EXPECT_EQ(runner.command_lines().back(), "as " + Out("main.ASM"));
-}
-
 TEST_F(MakeEngineTest, NoFilterMeansNoSummaryAndATargetWithoutFilesStartsNothing) {
   project.target_set().filter_name = kNoFilter;
   runner.On(Rooted("/p/main."), Script({{Out("main.OBJ"), "o"}}, "main.c:3: error: y\n"));
@@ -324,12 +313,15 @@ TEST_F(MakeEngineTest, LinkOnlyNamesTheInputsThatAreMissing) {
   EXPECT_EQ(results.back(), std::make_pair(int{MakeStateFailed}, int{MakeModeLink}));
 }
 
-TEST_F(MakeEngineTest, CompileModeTranslatesTheNamedFilesOnly) {
-  std::vector<std::string> files{"util.c", "nothere.c"};
+TEST_F(MakeEngineTest, CompileModeTranslatesTheNamedFilesAndAssemblesWhatACompileMade) {
+  target->FindFile("main.c")->options().SetInt(kRunAssemblerId, 1, Own);
+  runner.On("as " + Out("main.ASM"), Script({{Out("main.OBJ"), "from the assembler"}}));
+  std::vector<std::string> files{"util.c", "nothere.c", "main.c"};
   Build(MakeModeCompile, 1, &files);
-  EXPECT_EQ(BuildLines(), (std::vector<std::string>{"Compiling ...", "util.c",
+  EXPECT_EQ(BuildLines(), (std::vector<std::string>{"Compiling ...", "util.c", "main.c", "main.c",
                                                     "Process terminated successfully.",
                                                     "0 Error(s)  0 Warning(s)"}));
+  EXPECT_EQ(runner.command_lines().back(), "as " + Out("main.ASM"));
 }
 
 TEST_F(MakeEngineTest, RunsGoThroughTheInterpreterAndIntoTheirDirectories) {

@@ -53,22 +53,12 @@ TEST_F(DepsTest, ListsWhatEachSourceIncludes) {
   EXPECT_EQ(Ok({"deps", "../p.qpj"}), "a.c:\n  ../inc/a.h\n");
 }
 
+// What a build changes is the example project's test (tests/cli): it builds,
+// touches a header and asks again.
 TEST_F(DepsTest, WhyNamesWhatIsOutOfDate) {
-  const std::string image = (dir_ / "p").string();
-  EXPECT_EQ(Ok({"why", "p.qpj"}), "'" + image +
+  EXPECT_EQ(Ok({"why", "p.qpj"}), "'" + (dir_ / "p").string() +
                                       "\" does not exist.\n'a.OBJ' does not exist.\n"
                                       "'b.OBJ' does not exist.\n");
-  // A build: objects newer than their sources, the image newer still.
-  for (const char* source : {"src/a.c", "src/b.c", "inc/a.h", "inc/b.h"}) Age(dir_ / source, -3);
-  for (const char* object : {"a.OBJ", "b.OBJ"}) Write(dir_ / object, "o");
-  Write(dir_ / "p", "image");
-  for (const char* object : {"a.OBJ", "b.OBJ"}) Age(dir_ / object, -2);
-  Age(dir_ / "p", -1);
-  EXPECT_EQ(Ok({"why", "p.qpj"}), "");
-  // An edit deep in the include chain reaches both sources.
-  Age(dir_ / "inc" / "b.h", 0);
-  EXPECT_EQ(Ok({"why", "p.qpj"}), "'a.OBJ' is not up to date.\n'b.OBJ' is not up to date.\n");
-
   Ok({"target", "delete", "p.qpj", "p - Debug"});
   for (const char* command : {"deps", "why"}) {
     QpmResult result = Run({command, "p.qpj"});

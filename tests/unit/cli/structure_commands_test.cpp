@@ -1,6 +1,7 @@
 // qpm new, target, group and file commands, checked through `qpm show`.
 // That every target gets each structure edit is the model's to test; here
-// each command must reach the library with the right names.
+// each command must reach the library with the right names. The text form
+// of `qpm show` is pinned by the example project's test.
 #include <gmock/gmock.h>
 
 #include "qpm_fixture.h"
@@ -16,9 +17,7 @@ TEST_F(QpmTest, NewMakesBothPartsAndReplacesOnlyWhenForced) {
   EXPECT_TRUE(Show("q.qpj")["targets"][0]["groups"].empty());
   MakeProject();
   EXPECT_TRUE(std::filesystem::exists(dir_ / "p.qpj.user"));
-  auto show = Show();
-  EXPECT_EQ(show["default_target"], "p - Debug");
-  EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug"));
+  EXPECT_EQ(Show()["default_target"], "p - Debug");
 
   std::string before = Bytes(dir_ / "p.qpj");
   QpmResult refused = Run({"new", "p.qpj"});
@@ -26,8 +25,7 @@ TEST_F(QpmTest, NewMakesBothPartsAndReplacesOnlyWhenForced) {
   EXPECT_THAT(refused.err, HasSubstr("already exists"));
   EXPECT_EQ(Bytes(dir_ / "p.qpj"), before);
   Ok({"new", "p.qpj", "--force"});
-  EXPECT_THAT(GroupNames(Show()["targets"][0]), ElementsAre("Source files"));
-  EXPECT_TRUE(Show()["targets"][0]["groups"][0]["files"].empty());
+  EXPECT_EQ(Show()["targets"][0]["groups"].dump(), R"([{"name":"Source files","files":[]}])");
 }
 
 TEST_F(QpmTest, TargetsAreAddedCopiedRenamedAndDeleted) {
@@ -104,36 +102,6 @@ TEST_F(QpmTest, FilesAreStoredRelativeToTheProjectFromAnyDirectory) {
   auto groups = Show()["targets"][0]["groups"];
   EXPECT_THAT(FileNames(groups[0]), ElementsAre("a.c", "b.c"));
   EXPECT_THAT(FileNames(groups[1]), ElementsAre("s.asm", "src/c.c"));
-}
-
-TEST_F(QpmTest, ShowTextListsTargetsGroupsFilesAndOptions) {
-  MakeProject();
-  Ok({"target", "add", "p.qpj", "Release"});
-  Ok({"option", "set", "p.qpj", "IncludePaths", "inc"});
-  Ok({"option", "set", "p.qpj", "CRLF", "yes"});
-  Ok({"option", "set", "p.qpj", "CompilerOptions", "--", "-O2"});
-  Ok({"option", "set", "p.qpj", "ExcludeFromMake", "1", "--file", "b.c"});
-  EXPECT_EQ(Ok({"show", "p.qpj"}),
-            "project p.qpj\n"
-            "targets:\n"
-            "  * \"p - Debug\"\n"
-            "    \"Release\"\n"
-            "global options:\n"
-            "  IncludePaths = [\"inc\"]\n"
-            "  IncludeSearchSubDirs = [False]\n"
-            "\n"
-            "target \"p - Debug\" (default)\n"
-            "  target options:\n"
-            "    CRLF = Yes\n"
-            "  file defaults:\n"
-            "    CompilerOptions = \"-O2\" (own)\n"
-            "  group \"Source files\"\n"
-            "    a.c\n"
-            "    b.c\n"
-            "      ExcludeFromMake = Yes (own)\n"
-            "  group \"Startup\"\n"
-            "    s.asm\n");
-  EXPECT_THAT(Ok({"show", "p.qpj", "--all"}), HasSubstr("target \"Release\"\n"));
 }
 
 TEST_F(QpmTest, ShowJsonTypesValuesAndMarksOwnFlags) {

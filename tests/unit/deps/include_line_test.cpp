@@ -13,10 +13,11 @@ namespace {
 
 std::string IncludeName(std::string_view line, char directive = '#') {
   const LineMatch match = MatchDirectiveLine(line, directive);
+  if (match.kind == LineKind::kNoDependencies) return "<marker>";
   return match.kind == LineKind::kInclude ? std::string(match.name) : "<none>";
 }
 
-TEST(DirectiveLineTest, CStyleVariants) {
+TEST(DirectiveLineTest, IncludesAndTheMarker) {
   EXPECT_EQ(IncludeName("#include <a.h>"), "a.h");
   EXPECT_EQ(IncludeName(" \t#  \tinclude \"dir/b.h\" // note"), "dir/b.h");
   EXPECT_EQ(IncludeName("#include\"x.h\""), "x.h");
@@ -31,25 +32,15 @@ TEST(DirectiveLineTest, CStyleVariants) {
   EXPECT_EQ(IncludeName("  #inc<a>"), "<none>");  // 8 bytes after the blanks
   EXPECT_EQ(IncludeName("`include \"v.v\"", '`'), "v.v");
   EXPECT_EQ(IncludeName("#include \"v.v\"", '`'), "<none>");
-}
-
-TEST(DirectiveLineTest, Marker) {
-  EXPECT_EQ(MatchDirectiveLine("//{{NO_DEPENDENCIES}}", '#').kind, LineKind::kNoDependencies);
-  EXPECT_EQ(MatchDirectiveLine("\t//{{NO_DEPENDENCIES}} trailing", '`').kind,
-            LineKind::kNoDependencies);
-  EXPECT_EQ(MatchDirectiveLine("//{{NO_DEPENDENCIES}", '#').kind, LineKind::kOther);
-  EXPECT_EQ(MatchDirectiveLine("// {{NO_DEPENDENCIES}}", '#').kind, LineKind::kOther);
-  EXPECT_EQ(MatchDirectiveLine("x //{{NO_DEPENDENCIES}}", '#').kind, LineKind::kOther);
+  EXPECT_EQ(IncludeName("//{{NO_DEPENDENCIES}}"), "<marker>");
+  EXPECT_EQ(IncludeName("\t//{{NO_DEPENDENCIES}} trailing", '`'), "<marker>");
+  EXPECT_EQ(IncludeName("//{{NO_DEPENDENCIES}"), "<none>");
+  EXPECT_EQ(IncludeName("// {{NO_DEPENDENCIES}}"), "<none>");
+  EXPECT_EQ(IncludeName("x //{{NO_DEPENDENCIES}}"), "<none>");
 }
 
 TEST(KeywordLineTest, BlanksRules) {
-  KeywordIncludeRules s;
-  s.valid = true;
-  s.keyword = "INCLUDE";
-  s.start = "'";
-  s.end = "'";
-  s.allow_blanks = true;
-  s.req_blanks = true;
+  KeywordIncludeRules s{true, true, true, "INCLUDE", "'", "'"};
   EXPECT_EQ(MatchKeywordLine("  INCLUDE 'x.inc'", s), "x.inc");
   EXPECT_EQ(MatchKeywordLine("INCLUDE 'x.inc'", s), "");  // a leading blank is required
   s.allow_blanks = false;
@@ -64,10 +55,7 @@ TEST(KeywordLineTest, BlanksRules) {
 }
 
 TEST(KeywordLineTest, StartAndEndStrings) {
-  KeywordIncludeRules s;
-  s.valid = true;
-  s.req_blanks = false;
-  s.keyword = ".inc";
+  KeywordIncludeRules s{true, false, true, ".inc", "", ""};
   EXPECT_EQ(MatchKeywordLine(".inc   file.s  \t", s), "file.s");  // both empty
   EXPECT_EQ(MatchKeywordLine(".inc", s), "");
   EXPECT_EQ(MatchKeywordLine(".inc    ", s), "");

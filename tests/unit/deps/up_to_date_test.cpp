@@ -1,9 +1,12 @@
 // The rebuild decision on a fake file system whose clock moves only when
 // told: which files must be translated, whether to link, and the reasons.
+#include "deps/up_to_date.h"
+
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "deps/dependency_scanner.h"
-#include "deps/up_to_date.h"
 #include "model/project_data.h"
 #include "support/fake_file_system.h"
 #include "support/native_path.h"
@@ -11,59 +14,43 @@
 namespace quillon {
 namespace {
 
-class UpToDateTest : public ::testing::Test {
- protected:
-  UpToDateTest() : scanner(fs) {
+using Names = std::vector<std::string>;
+
+std::string In(const std::string& name) { return Rooted("/p/" + name); }
+
+// Three sources built: objects newer than every source, the link output
+// newer still.
+struct Built {
+  Built() : scanner(fs) {
     fs.set_current_directory(Rooted("/p"));
     project.Initialise(0);
-    project.set_project_file(Rooted("/p/demo.qpj"));
+    project.set_project_file(In("demo.qpj"));
     target = project.AddTarget("T", "");
     project.SetDefaultTarget(target);
     project.AddLinkGroup("g");
-    project.AddFile("main.c", "g");
-    project.AddFile("util.c", "g");
-    project.AddFile("start.asm", "g");
+    for (const char* file : {"main.c", "util.c", "start.asm"}) project.AddFile(file, "g");
     project.global_options().include_paths().push_back({"inc", false});
-
-    fs.Create(Rooted("/p/main.c"), "#include \"a.h\"\nint main;\n");
-    fs.Create(Rooted("/p/util.c"), "#include <c.h>\n");
-    fs.Create(Rooted("/p/start.asm"), "nop\n");
-    fs.Create(Rooted("/p/inc/a.h"), "#include \"b.h\"\n");
-    fs.Create(Rooted("/p/inc/b.h"), "#include \"c.h\"\n");
-    fs.Create(Rooted("/p/inc/c.h"), "// leaf\n");
+    fs.Create(In("main.c"), "#include \"a.h\"\nint main;\n");
+    fs.Create(In("util.c"), "#include <c.h>\n");
+    fs.Create(In("start.asm"), "nop\n");
+    fs.Create(In("inc/a.h"), "#include \"b.h\"\n");
+    fs.Create(In("inc/b.h"), "#include \"c.h\"\n");
+    fs.Create(In("inc/c.h"), "// leaf\n");
     fs.Tick();
-    BuildAll();
-  }
-
-  // Objects and the link output, newer than every source.
-  void BuildAll() {
-    fs.Create(Rooted("/p/main.OBJ"), "o");
-    fs.Create(Rooted("/p/util.OBJ"), "o");
-    fs.Create(Rooted("/p/start.OBJ"), "o");
+    for (const char* object : {"main.OBJ", "util.OBJ", "start.OBJ"}) fs.Create(In(object), "o");
     fs.Tick();
-    fs.Create(Rooted("/p/demo"), "image");
+    fs.Create(In("demo"), "image");
     fs.Tick();
   }
-
-  std::vector<std::string> Why() {
-    std::vector<std::string> reasons;
-    UpToDateDecision decision(project, *target, scanner, fs);
-    decision.AppendLinkReasons(&reasons);
+  UpToDateDecision Decision() { return UpToDateDecision(project, *target, scanner, fs); }
+  // The link reasons, then the file reasons, as "why" tells them.
+  Names Why() {
+    Names reasons;
+    Decision().AppendLinkReasons(&reasons);
     std::vector<CProjectFile*> files;
-    decision.FilesToTranslate(&files, &reasons, nullptr);
+    Decision().FilesToTranslate(&files, &reasons, nullptr);
     return reasons;
   }
-
-  std::vector<std::string> FilesToTranslate() {
-    UpToDateDecision decision(project, *target, scanner, fs);
-    std::vector<CProjectFile*> files;
-    decision.FilesToTranslate(&files, nullptr, nullptr);
-    std::vector<std::string> names;
-    for (CProjectFile* file : files) names.push_back(file->file_name());
-    return names;
-  }
-
-  bool MustLink() { return UpToDateDecision(project, *target, scanner, fs).TargetMustBeLinked(); }
 
   FakeFileSystem fs;
   CDependencyScanner scanner;
@@ -72,73 +59,67 @@ class UpToDateTest : public ::testing::Test {
   CProjectTarget* target;
 };
 
-TEST_F(UpToDateTest, ObjectWithTheSourcesOwnTimeIsUpToDate) {
-  EXPECT_TRUE(FilesToTranslate().empty());
-  EXPECT_FALSE(MustLink());
-  FileTime source_time = fs.Stat(Rooted("/p/main.c")).time;
-  fs.SetFileTime(Rooted("/p/inc/a.h"), source_time);
-  fs.SetFileTime(Rooted("/p/inc/b.h"), source_time);
-  fs.SetFileTime(Rooted("/p/inc/c.h"), source_time);
-  fs.SetFileTime(Rooted("/p/main.OBJ"), source_time);
-  EXPECT_TRUE(FilesToTranslate().empty());
-  fs.SetFileTime(Rooted("/p/main.OBJ"), source_time - 1);
-  EXPECT_EQ(FilesToTranslate(), (std::vector<std::string>{"main.c"}));
+// After one change to a built target: whether the make driver links, and
+// the reasons "why" tells.
+void ExpectAfter(bool must_link, const Names& why, const std::function<void(Built&)>& change) {
+  Built built;
+  change(built);
+  EXPECT_EQ(built.Decision().TargetMustBeLinked(), must_link);
+  EXPECT_EQ(built.Why(), why);
 }
 
-TEST_F(UpToDateTest, MissingObjectAndChangedOptions) {
-  fs.RemoveFile(Rooted("/p/util.OBJ"));
-  target->files[0]->is_changed = true;
-  fs.RemoveFile(Rooted("/p/main.OBJ"));
-  // Options changed wins over the missing object for the same file.
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'main.c': file options have changed.",
-                                             "'util.OBJ' does not exist."}));
+TEST(UpToDateTest, ObjectsNoNewerThanTheirSourcesMustBeTranslated) {
+  ExpectAfter(false, {}, [](Built&) {});
+  // The source's own time is up to date.
+  ExpectAfter(false, {}, [](Built& b) {
+    for (const char* f : {"inc/a.h", "inc/b.h", "inc/c.h", "main.OBJ"})
+      b.fs.SetFileTime(In(f), b.fs.Stat(In("main.c")).time);
+  });
+  ExpectAfter(false, {"'main.OBJ' is not up to date."}, [](Built& b) {
+    b.fs.SetFileTime(In("main.OBJ"), b.fs.Stat(In("inc/c.h")).time - 1);  // the end of the chain
+  });
+  // Changed options win over the missing object of the same file.
+  const Names missing = {"'main.c': file options have changed.", "'util.OBJ' does not exist."};
+  ExpectAfter(false, missing, [](Built& b) {
+    b.fs.RemoveFile(In("util.OBJ"));
+    b.fs.RemoveFile(In("main.OBJ"));
+    b.target->files[0]->is_changed = true;
+  });
+  // Changes to an excluded file, and behind the marker, count for nothing.
+  ExpectAfter(false, {}, [](Built& b) {
+    b.fs.Create(In("main.c"), "//{{NO_DEPENDENCIES}}\n#include \"a.h\"\n");
+    b.fs.Create(In("util.c"), "int u;\n");
+    b.target->files[1]->options().SetInt(kExcludeFromMakeId, 1, Own);
+  });
 }
 
-TEST_F(UpToDateTest, EmptyOrMissingLinkOutputMustBeLinked) {
-  fs.Create(Rooted("/p/demo"), "");
-  EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/demo") + "\" does not exist."}));
-  fs.RemoveFile(Rooted("/p/demo"));
-  EXPECT_TRUE(MustLink());
+TEST(UpToDateTest, LinkReasons) {
+  const std::string no_demo = "'" + In("demo") + "\" does not exist.";
+  ExpectAfter(true, {no_demo}, [](Built& b) { b.fs.Create(In("demo"), ""); });
+  ExpectAfter(true, {no_demo}, [](Built& b) { b.fs.RemoveFile(In("demo")); });
+  ExpectAfter(true, {"'" + In("demo") + "\" is not up to date."}, [](Built& b) {
+    b.fs.Create(In("main.OBJ"), "o2");
+    b.fs.Create(In("util.OBJ"), "o2");
+  });
+  ExpectAfter(true, {"Linker options have changed."},
+              [](Built& b) { b.target->is_changed = true; });
+  ExpectAfter(true, {"'" + In("link.cmd") + "\": Indirection file has changed."}, [](Built& b) {
+    b.target->target_options().SetString(kIndirectionFileId, " link.cmd ", 0);
+    b.fs.Create(In("link.cmd"), "-o demo");
+  });
 }
 
-TEST_F(UpToDateTest, NewerObjectsGiveOneLinkReason) {
-  fs.Create(Rooted("/p/main.OBJ"), "o2");
-  fs.Create(Rooted("/p/util.OBJ"), "o2");
-  EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/demo") + "\" is not up to date."}));
-}
-
-TEST_F(UpToDateTest, LinkerOptionsAndIndirectionFile) {
-  target->is_changed = true;
-  EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"Linker options have changed."}));
-  target->is_changed = false;
-
-  target->target_options().SetString(kIndirectionFileId, " link.cmd ", 0);
-  fs.Create(Rooted("/p/link.cmd"), "-o demo");
-  EXPECT_TRUE(MustLink());
-  EXPECT_EQ(Why(), (std::vector<std::string>{"'" + Rooted("/p/link.cmd") +
-                                             "\": Indirection file has changed."}));
-}
-
-TEST_F(UpToDateTest, ExcludedFilesAndMarkedFilesCountForNothing) {
-  fs.Create(Rooted("/p/main.c"), "//{{NO_DEPENDENCIES}}\n#include \"a.h\"\n");
-  fs.Create(Rooted("/p/util.c"), "int u;\n");
-  target->files[1]->options().SetInt(kExcludeFromMakeId, 1, Own);
-  EXPECT_TRUE(FilesToTranslate().empty());
-  EXPECT_FALSE(MustLink());
-}
-
-TEST_F(UpToDateTest, ReasonsAreAppendedNeverCleared) {
-  fs.RemoveFile(Rooted("/p/start.OBJ"));
-  std::vector<std::string> reasons{"earlier"};
-  UpToDateDecision decision(project, *target, scanner, fs);
-  std::vector<CProjectFile*> files{target->files[0]};
-  EXPECT_TRUE(decision.FilesToTranslate(&files, &reasons, nullptr));
-  EXPECT_EQ(reasons, (std::vector<std::string>{"earlier", "'start.OBJ' does not exist."}));
-  ASSERT_EQ(files.size(), 1u);
-  EXPECT_EQ(files[0]->file_name(), "start.asm");
+TEST(UpToDateTest, FilesAreListedOnceAndReasonsAppendedNeverCleared) {
+  Built built;
+  built.fs.RemoveFile(In("start.OBJ"));
+  built.fs.SetFileTime(In("main.OBJ"), 0);
+  Names reasons{"earlier"};
+  std::vector<CProjectFile*> files{built.target->files[1]};
+  EXPECT_TRUE(built.Decision().FilesToTranslate(&files, &reasons, nullptr));
+  EXPECT_EQ(reasons,
+            (Names{"earlier", "'main.OBJ' is not up to date.", "'start.OBJ' does not exist."}));
+  ASSERT_EQ(files.size(), 2u);
+  EXPECT_EQ(files[0]->file_name() + files[1]->file_name(), "main.cstart.asm");
 }
 
 }  // namespace

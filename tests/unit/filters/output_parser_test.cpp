@@ -1,5 +1,4 @@
-// The services every vendor parser is written in, on lines chosen to catch
-// off-by-one positions and failures that leak from one line to the next.
+// The parsers' services, on lines that catch off-by-one positions and failures leaking on.
 #include "filters/output_parser.h"
 
 #include <gtest/gtest.h>
@@ -12,211 +11,105 @@
 namespace quillon {
 namespace {
 
-using namespace std::string_literals;
+// The tests are parsers themselves, to reach the protected services.
+class OutputParserTest : public ::testing::Test, public COutputParser {
+ protected:
+  void Read(std::string_view text) {
+    Attach(text, &sink);
+    EXPECT_TRUE(ReadLine());
+  }
+  // An answer, the position behind it and "!" once the line has failed.
+  std::string At(std::string_view answer) {
+    return std::string(answer) + "@" + std::to_string(position()) + (failed() ? "!" : "");
+  }
+  std::string At(int number) { return At(std::to_string(number)); }
 
-std::vector<std::string> SplitLines(std::string_view text) {
-  CapturedLines lines(text);
-  std::vector<std::string> out;
-  std::string_view line;
-  while (lines.Next(&line)) out.emplace_back(line);
-  return out;
-}
-
-TEST(CapturedLinesTest, SplitsAtLineFeedsDroppingOneCarriageReturn) {
-  using V = std::vector<std::string>;
-  EXPECT_EQ(SplitLines(""), V{});
-  EXPECT_EQ(SplitLines("a\r\nb\n\nc"), (V{"a", "b", "", "c"}));
-  EXPECT_EQ(SplitLines("\n"), V{""});
-  EXPECT_EQ(SplitLines("\r\n\r\n"), (V{"", ""}));
-  EXPECT_EQ(SplitLines("last\r"), V{"last"});
-  EXPECT_EQ(SplitLines("a\r\r\nb"), (V{"a\r", "b"}));
-  EXPECT_EQ(SplitLines("a\rb\n"), V{"a\rb"});  // a lone CR is content
-  EXPECT_EQ(SplitLines("a\0b\n\0"s), (V{"a\0b"s, "\0"s}));
-}
-
-// Makes the services callable from the tests.
-class Probe : public COutputParser {
- public:
-  explicit Probe(std::string_view text, MessageListSink* sink = nullptr) { Attach(text, sink); }
-  using COutputParser::AddMessage;
-  using COutputParser::Contains;
-  using COutputParser::failed;
-  using COutputParser::FindNth;
-  using COutputParser::FindWord;
-  using COutputParser::line;
-  using COutputParser::MovePosition;
-  using COutputParser::NumberBetween;
-  using COutputParser::position;
-  using COutputParser::PushBack;
-  using COutputParser::ReadLine;
-  using COutputParser::RestOfLine;
-  using COutputParser::SetEndMark;
-  using COutputParser::SetPosition;
-  using COutputParser::SetStartMark;
-  using COutputParser::SkipWhiteSpace;
-  using COutputParser::TakeBetween;
-  using COutputParser::TakeUpTo;
-  using COutputParser::TextBetweenMarks;
+  CollectingSink sink;
 };
 
-TEST(OutputParserTest, PushedBackLinesComeFirstInReverseOrder) {
-  Probe p("one\ntwo\nthree\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.PushBack();
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.line(), "one");
-  ASSERT_TRUE(p.ReadLine());
-  p.PushBack();  // "two" waits
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.line(), "two");
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.line(), "three");
-  p.PushBack();
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.line(), "three");
-  EXPECT_FALSE(p.ReadLine());
-  EXPECT_FALSE(p.ReadLine());
+TEST_F(OutputParserTest, PushedBackLinesComeFirst) {
+  Attach("one\ntwo\n", nullptr);
+  std::string seen;
+  for (bool push = true; ReadLine(); push = !push) {
+    seen += std::string(line()) + (push ? "<" : " ");
+    if (push) PushBack();
+  }
+  EXPECT_EQ(seen, "one<one two<two ");
 }
 
-TEST(OutputParserTest, TakeUpToAnswersFromTheLineStart) {
-  Probe p("a:b:c\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.SetPosition(2);
-  EXPECT_EQ(p.TakeUpTo(":"), "a:b");
-  EXPECT_EQ(p.position(), 4u);
-  EXPECT_FALSE(p.failed());
-  EXPECT_EQ(p.TakeUpTo(":"), "");  // none left behind the position
-  EXPECT_TRUE(p.failed());
-  EXPECT_EQ(p.position(), 4u);
-
-  Probe empty("(12) x\n");  // an empty answer is no failure
-  ASSERT_TRUE(empty.ReadLine());
-  EXPECT_EQ(empty.TakeUpTo("("), "");
-  EXPECT_FALSE(empty.failed());
-}
-
-TEST(OutputParserTest, FailureLastsUntilTheNextLine) {
-  Probe p("no delimiters\nf(3)\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.TakeBetween("(", ")");
-  EXPECT_TRUE(p.failed());
-  EXPECT_EQ(p.RestOfLine(), "no delimiters");
-  EXPECT_EQ(p.NumberBetween("n", "d"), -1);  // "o " is no number, but both were there
-  EXPECT_TRUE(p.failed());
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_FALSE(p.failed());
-  EXPECT_EQ(p.NumberBetween("(", ")"), 3);
-  EXPECT_FALSE(p.failed());
-}
-
-TEST(OutputParserTest, TakeBetweenLooksForTheCloseBehindTheOpen) {
-  Probe p(")x(ab)cd)\n");
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.TakeBetween("(", ")"), "ab");
-  EXPECT_EQ(p.RestOfLine(), "cd)");
-  Probe same("::\n");
-  ASSERT_TRUE(same.ReadLine());
-  EXPECT_EQ(same.TakeBetween(":", ":"), "");
-  EXPECT_FALSE(same.failed());
-  EXPECT_EQ(same.RestOfLine(), "");
-}
-
-TEST(OutputParserTest, NumbersReadTheWayScanfReadsThem) {
-  Probe p("(12)\n( -7x)\n(+4)\n(abc)\n()\n(99999999999)\n(-99999999999)\n(-)\n(12\n(\t\r 5)\n");
-  const std::vector<int> expected = {12, -7, 4, -1, -1, INT_MAX, INT_MIN, -1, -1, 5};
-  for (int want : expected) {
-    ASSERT_TRUE(p.ReadLine());
-    EXPECT_EQ(p.NumberBetween("(", ")"), want) << p.line();
+TEST_F(OutputParserTest, TakingAnswersAndFailuresLastUntilTheNextLine) {
+  Read("a:b:c\n");
+  SetPosition(2);
+  EXPECT_EQ(At(TakeUpTo(":")), "a:b@4");  // from the line start
+  EXPECT_EQ(At(TakeUpTo(":")), "@4!");    // none left behind the position
+  Read("no delimiters\n(12)\n");
+  EXPECT_EQ(At(TakeBetween("(", ")")), "@0!");
+  EXPECT_EQ(At(NumberBetween("n", "d")), "-1@4!");  // "o " is no number, but both were there
+  ASSERT_TRUE(ReadLine());
+  EXPECT_EQ(At(NumberBetween("(", ")")), "12@4");
+  SetPosition(0);
+  EXPECT_EQ(At(TakeUpTo("(")), "@1");  // an empty answer is no failure
+  Read(")x(ab)cd)\n::\n");
+  EXPECT_EQ(At(TakeBetween("(", ")")), "ab@6");  // the close is looked for behind the open
+  ASSERT_TRUE(ReadLine());
+  EXPECT_EQ(At(TakeBetween(":", ":")), "@2");
+  // Numbers are read the way scanf reads them.
+  Attach("(12)\n( -7x)\n(+4)\n(abc)\n()\n(99999999999)\n(-99999999999)\n(-)\n(12\n(\t\r 5)\n",
+         nullptr);
+  for (int want : {12, -7, 4, -1, -1, INT_MAX, INT_MIN, -1, -1, 5}) {
+    ASSERT_TRUE(ReadLine());
+    EXPECT_EQ(NumberBetween("(", ")"), want) << line();
   }
 }
 
-TEST(OutputParserTest, FindWordMovesOnlyWhenFound) {
-  Probe p("x.c(3) : Error C2065: ERROR\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.SetPosition(7);
-  EXPECT_FALSE(p.FindWord("error", true));
-  EXPECT_EQ(p.position(), 7u);
-  EXPECT_FALSE(p.failed());
-  EXPECT_TRUE(p.FindWord("error", false));
-  EXPECT_EQ(p.position(), 14u);
-  EXPECT_TRUE(p.FindWord("ERROR", true));
-  EXPECT_EQ(p.RestOfLine(), "");
-  EXPECT_FALSE(p.FindWord("error", false));  // nothing behind the position
+TEST_F(OutputParserTest, FindingMovesOnlyWhenFoundAndContainsNever) {
+  Read("x.c(3) : Error C2065: ERROR\n");
+  SetPosition(7);
+  EXPECT_EQ(At(FindWord("error", true)), "0@7");
+  EXPECT_EQ(At(FindWord("error", false)), "1@14");
+  EXPECT_EQ(At(FindWord("ERROR", true)), "1@27");
+  EXPECT_EQ(At(FindWord("error", false)), "0@27");  // nothing behind the position
+  EXPECT_EQ(At(Contains("Error")), "1@27");         // from the line start, not moving
+  EXPECT_FALSE(Contains("Error", 10));
+  EXPECT_FALSE(Contains("x", 100));
+  Read("a::b::c\n");
+  EXPECT_EQ((std::vector<size_t>{FindNth("::", 1), FindNth("::", 2), FindNth("::", 3),
+                                 FindNth("::", 0), FindNth(":", 3)}),
+            (std::vector<size_t>{1, 4, npos, npos, 4}));
+  SetPosition(2);
+  EXPECT_EQ(FindNth(":", 1), 2u);
+  EXPECT_EQ(FindNth("::", 1), 4u);
 }
 
-TEST(OutputParserTest, ContainsDoesNotMove) {
-  Probe p("a warning here\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.SetPosition(10);
-  EXPECT_TRUE(p.Contains("warning"));
-  EXPECT_FALSE(p.Contains("warning", 3));
-  EXPECT_FALSE(p.Contains("Warning"));
-  EXPECT_FALSE(p.Contains("a", 100));
-  EXPECT_EQ(p.position(), 10u);
+TEST_F(OutputParserTest, MarksAndPositionAreClampedAndResetByTheNextLine) {
+  Read("0123456789\nse \tcond\n");
+  SetPosition(4);
+  SetStartMark(-2);
+  SetEndMark(3);
+  EXPECT_EQ(TextBetweenMarks(), "23456");
+  SetStartMark(-100);
+  SetEndMark(100);
+  EXPECT_EQ(TextBetweenMarks(), "0123456789");
+  SetStartMark(2);
+  SetEndMark(1);
+  EXPECT_EQ(TextBetweenMarks(), "");  // the start after the end
+  MovePosition(-100);
+  EXPECT_EQ(position(), 0u);
+  MovePosition(100);
+  EXPECT_EQ(position(), 10u);
+  SetStartMark(-10);
+  ASSERT_TRUE(ReadLine());
+  EXPECT_EQ(At(TextBetweenMarks()), "@0");
+  SetPosition(2);
+  SkipWhiteSpace();
+  EXPECT_EQ(RestOfLine(), "cond");
 }
 
-TEST(OutputParserTest, MarksAreClampedAndOrdered) {
-  Probe p("0123456789\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.SetPosition(4);
-  p.SetStartMark(-2);
-  p.SetEndMark(3);
-  EXPECT_EQ(p.TextBetweenMarks(), "23456");
-  p.SetStartMark(-100);
-  p.SetEndMark(100);
-  EXPECT_EQ(p.TextBetweenMarks(), "0123456789");
-  p.SetStartMark(2);
-  p.SetEndMark(1);
-  EXPECT_EQ(p.TextBetweenMarks(), "");
-  p.MovePosition(-100);
-  EXPECT_EQ(p.position(), 0u);
-  p.MovePosition(100);
-  EXPECT_EQ(p.position(), 10u);
-}
-
-TEST(OutputParserTest, FindNthCountsFromThePosition) {
-  Probe p("a::b::c\n");
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.FindNth("::", 1), 1u);
-  EXPECT_EQ(p.FindNth("::", 2), 4u);
-  EXPECT_EQ(p.FindNth("::", 3), COutputParser::npos);
-  EXPECT_EQ(p.FindNth("::", 0), COutputParser::npos);
-  EXPECT_EQ(p.FindNth(":", 3), 4u);
-  p.SetPosition(2);
-  EXPECT_EQ(p.FindNth(":", 1), 2u);
-  EXPECT_EQ(p.FindNth("::", 1), 4u);
-}
-
-TEST(OutputParserTest, ReadingALineResetsTheCursor) {
-  Probe p("first line\nse \tcond\n");
-  ASSERT_TRUE(p.ReadLine());
-  p.SetPosition(6);
-  p.SetStartMark(0);
-  p.SetEndMark(4);
-  ASSERT_TRUE(p.ReadLine());
-  EXPECT_EQ(p.position(), 0u);
-  EXPECT_EQ(p.TextBetweenMarks(), "");
-  p.SetPosition(2);
-  p.SkipWhiteSpace();  // nothing to skip
-  EXPECT_EQ(p.RestOfLine(), "cond");
-}
-
-class Recorder : public MessageListSink {
- public:
-  void AddMessage(const MessageEntry& entry) override { entries.push_back(entry); }
-  std::vector<MessageEntry> entries;
-};
-
-TEST(OutputParserTest, MessagesWithoutAFileNameTheProjectFile) {
-  Recorder sink;
-  Probe p("", &sink);
-  p.set_project_file("/p/main.c");
-  p.AddMessage(0, "  ", 3, 1, 1, "  text\t", " C1 ");
-  p.AddMessage(1, " other.s ", 4, 2, 0, "x", "");
-  ASSERT_EQ(sink.entries.size(), 2u);
-  EXPECT_EQ(sink.entries[0], (MessageEntry{0, "/p/main.c", 3, 1, 1, "text", "C1"}));
-  EXPECT_EQ(sink.entries[1], (MessageEntry{1, "other.s", 4, 2, 0, "x", ""}));
-  EXPECT_EQ(p.messages_added(), 2);
+TEST_F(OutputParserTest, MessagesWithoutAFileNameTheProjectFile) {
+  Attach("", &sink);
+  set_project_file("/p/main.c");
+  AddMessage(1, "  ", 3, 4, 2, "  text\t", " C1 ");
+  EXPECT_EQ(sink.entries, (std::vector<MessageEntry>{{1, "/p/main.c", 3, 4, 2, "text", "C1"}}));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// The exports driven in-process as the IDE drives them: notifications and
-// their order, answers without a project, transfers through a stream.
+// The exports driven in-process: answers to bad arguments and without a
+// project, texts for the user, transfers of stores that hold no project. The
+// host test drives the scenarios through the built library.
 #include <gtest/gtest.h>
 
 #include "interface/library_state.h"
@@ -14,23 +15,22 @@ namespace quillon {
 namespace {
 
 // What the callbacks were told: change codes, and how many output records.
-std::vector<int>& Codes() {
-  static std::vector<int> codes;
-  return codes;
-}
-
-int& OutputCount() {
-  static int count = 0;
-  return count;
+struct Told {
+  std::vector<int> codes;
+  int outputs = 0;
+};
+Told& Heard() {
+  static Told told;
+  return told;
 }
 
 int QUILLON_CALL RecordChange(intptr_t, intptr_t, int code) {
-  Codes().push_back(code);
+  Heard().codes.push_back(code);
   return 0;
 }
 
 int QUILLON_CALL RecordHost(int code, void*) {
-  if (code == HostOutput) ++OutputCount();
+  if (code == HostOutput) ++Heard().outputs;
   return 0;
 }
 
@@ -40,8 +40,7 @@ class ExportsTest : public ::testing::Test {
     State().ui = &ui;
     _Set_IRF_FileName(Native("/proj/demo.irf").c_str());
     ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
-    Codes().clear();
-    OutputCount() = 0;
+    Heard() = Told();
   }
   void TearDown() override {
     _DoneProjectData();
@@ -52,10 +51,8 @@ class ExportsTest : public ::testing::Test {
   void BuildProject() {
     _CreateDefaultProject(0, 1);
     _AddTarget("Release");
-    _AddProjectFile("a.c", "Source files");
-    _AddProjectFile("b.c", "Source files");
-    _AddProjectFile("start.asm", "Source files");
-    Codes().clear();
+    for (const char* file : {"a.c", "b.c", "start.asm"}) _AddProjectFile(file, "Source files");
+    Heard().codes.clear();
   }
 
   FakeUiServices ui;
@@ -70,74 +67,68 @@ TEST_F(ExportsTest, NullArgumentsAreAnsweredLikeAMissingProject) {
   _AddProjectFile(nullptr, "Source files");
   _Set_IRF_FileName(nullptr);
   _GetDefaultTargetName(nullptr);
-  EXPECT_TRUE(Codes().empty());
+  EXPECT_TRUE(Heard().codes.empty());
 }
 
 TEST_F(ExportsTest, FilesMaskListsEachNonEmptyCategory) {
-  std::string filter, masks;
-  EXPECT_EQ(_GetFilesMask(0, &filter, &masks, '|'), 1);
-  EXPECT_EQ(filter,
-            "Compiler files (*.C;*.CPP)|*.C;*.CPP|Assembler files (*.ASM)|*.ASM|"
-            "Header files (*.H)|*.H|Asm Header files (*.INC)|*.INC|All files (*.*)|*.*||");
-  EXPECT_EQ(masks, "*.C;*.CPP");
-
+  using Mask = std::pair<std::string, std::string>;  // the filter, the source masks
+  auto mask = [](int separator) {
+    Mask out;
+    _GetFilesMask(0, &out.first, &out.second, separator);
+    return out;
+  };
+  EXPECT_EQ(mask('|'), Mask("Compiler files (*.C;*.CPP)|*.C;*.CPP|Assembler files (*.ASM)|*.ASM|"
+                            "Header files (*.H)|*.H|Asm Header files (*.INC)|*.INC|"
+                            "All files (*.*)|*.*||",
+                            "*.C;*.CPP"));
   CGlobalOptions& global = State().project->global_options();
   global.SetString(kCInpExtensions, "", 0);
   global.SetString(kAInpExtensions, "", 0);
-  filter.clear();
-  masks.clear();
-  _GetFilesMask(0, &filter, &masks, '\0' + 0x100 + '|');
-  EXPECT_EQ(masks, "*.H");
+  // Only the separator's low byte counts.
+  EXPECT_EQ(
+      mask(0x100 + '|'),
+      Mask("Header files (*.H)|*.H|Asm Header files (*.INC)|*.INC|All files (*.*)|*.*||", "*.H"));
   global.SetString(kHeaderExtension, "", 0);
   global.SetString(kAHeaderExtension, "", 0);
-  filter.clear();
-  masks.clear();
-  _GetFilesMask(0, &filter, &masks, '|');
-  EXPECT_EQ(filter, "All files (*.*)|*.*||");
-  EXPECT_EQ(masks, "");
+  EXPECT_EQ(mask('|'), Mask("All files (*.*)|*.*||", ""));
 }
 
 TEST_F(ExportsTest, MakeWithoutDefaultTargetOnlyTellsTheUser) {
   _CreateDefaultProject(0, 1);
   _DeleteTarget("demo - Debug");
-  OutputCount() = 0;
+  Heard().outputs = 0;
   _Make(MakeModeMake, nullptr);
   EXPECT_EQ(ui.message_texts(), (std::vector<std::string>{"Target is not defined !"}));
-  EXPECT_EQ(OutputCount(), 0);
+  EXPECT_EQ(Heard().outputs, 0);
 }
 
-TEST_F(ExportsTest, LocalLoadKeepsTheProjectObject) {
+// A store whose key holds one int; the bytes as a stream to transfer from.
+void Assign(MemoryIStream* stream, const char* key, const char* name, int value) {
+  CSettingsRegistry writer(nullptr, true);
+  writer.OpenKeyFromRoot(key, true);
+  writer.WriteInt(name, value);
+  stream->Assign(writer.Serialize());
+}
+
+TEST_F(ExportsTest, TransfersThatCannotLoadAProject) {
   BuildProject();
   CProjectData* before = State().project.get();
-  // A per-user part that (wrongly) carries a compiler type.
-  CSettingsRegistry writer(nullptr, true);
-  writer.OpenKeyFromRoot("Project_Local", true);
-  writer.WriteInt("CompilerType", 0);
   MemoryIStream stream;
-  stream.Assign(writer.Serialize());
+  // A per-user part that (wrongly) carries a compiler type keeps the object.
+  Assign(&stream, "Project_Local", "CompilerType", 0);
   _Transfer(stream.get(), 0, 1);
   EXPECT_EQ(State().project.get(), before);
-}
-
-TEST_F(ExportsTest, UnknownCompilerTypeLeavesNoProject) {
-  BuildProject();
-  CSettingsRegistry writer(nullptr, true);
-  writer.OpenKeyFromRoot("Project", true);
-  writer.WriteInt("CompilerType", 3);
-  MemoryIStream stream;
-  stream.Assign(writer.Serialize());
-  EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
-  EXPECT_EQ(_WhatIsInProgress(), MakeStateNoProject);
-}
-
-TEST_F(ExportsTest, TransferOfGarbageChangesNothing) {
-  BuildProject();
-  MemoryIStream stream;
+  // Garbage changes nothing.
+  Heard().codes.clear();
   stream.Assign("not a store at all");
   EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
   std::string name;
   EXPECT_EQ(_GetProjectFileName(&name, 0), 3);
-  EXPECT_TRUE(Codes().empty());
+  EXPECT_TRUE(Heard().codes.empty());
+  // An unknown compiler type leaves no project.
+  Assign(&stream, "Project", "CompilerType", 3);
+  EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
+  EXPECT_EQ(_WhatIsInProgress(), MakeStateNoProject);
 }
 
 TEST_F(ExportsTest, DirectoryAndFileQueriesAnswerOnlyWhatTheyKnow) {

@@ -1,4 +1,5 @@
-// Options by key, and file options falling back to their target's value.
+// File options falling back to their target's value. Finding, parsing and
+// checking values by key is what qpm's option commands test (tests/unit/cli).
 #include <gtest/gtest.h>
 
 #include "model/option_catalogue.h"
@@ -28,33 +29,6 @@ class OptionCatalogueTest : public ::testing::Test {
   CProjectTarget* target;
   const OptionInfo& compiler = *FindOption("CompilerOptions");
 };
-
-TEST_F(OptionCatalogueTest, KeysAreFoundIgnoringCaseAndValuesAreTyped) {
-  EXPECT_EQ(FindOption("nosuchkey"), nullptr);
-  const OptionInfo* beep = FindOption("beepwhendone");
-  ASSERT_NE(beep, nullptr);
-  EXPECT_EQ(beep->level, OptionLevel::kGlobal);
-  OptionScope scope{&project, nullptr, nullptr};
-  std::string error;
-  EXPECT_FALSE(SetOption(*beep, scope, {"loud"}, 0, &error));
-  EXPECT_NE(error.find("not a number"), std::string::npos);
-  EXPECT_FALSE(SetOption(*beep, scope, {"1", "2"}, 0, &error));
-  EXPECT_TRUE(SetOption(*FindOption("DF_Valid"), scope, {"Yes"}, 0, &error));
-  EXPECT_TRUE(project.global_options().include_keyword().valid);
-  EXPECT_FALSE(SetOption(*FindOption("CRLF"), scope, {"maybe"}, 0, &error));
-}
-
-TEST_F(OptionCatalogueTest, IncludeFlagsMustMatchTheIncludePaths) {
-  OptionScope scope{&project, nullptr, nullptr};
-  std::string error;
-  ASSERT_TRUE(SetOption(*FindOption("IncludePaths"), scope, {"inc", "lib"}, 0, &error));
-  EXPECT_FALSE(SetOption(*FindOption("IncludeSearchSubDirs"), scope, {"1"}, 0, &error));
-  ASSERT_TRUE(SetOption(*FindOption("IncludeSearchSubDirs"), scope, {"0", "True"}, 0, &error));
-  EXPECT_EQ(GetOption(*FindOption("IncludeSearchSubDirs"), scope),
-            (std::vector<std::string>{"0", "1"}));
-  EXPECT_TRUE(DiffersFromDefault(*FindOption("IncludePaths"), scope));
-  EXPECT_FALSE(DiffersFromDefault(*FindOption("EnvironmentSettings"), scope));
-}
 
 TEST_F(OptionCatalogueTest, TargetEditReachesFilesThatStillInherit) {
   File(1)->options().SetString(kCompilerOptionsId, "-own", Own);

@@ -9,14 +9,16 @@
 namespace quillon {
 namespace {
 
-std::vector<std::string> GroupNames(const CProjectTarget& target) {
-  std::vector<std::string> names;
+using Names = std::vector<std::string>;
+
+Names GroupNames(const CProjectTarget& target) {
+  Names names;
   for (const auto& group : target.groups) names.push_back(group->name);
   return names;
 }
 
-std::vector<std::string> FileNames(const CProjectTarget& target) {
-  std::vector<std::string> names;
+Names FileNames(const CProjectTarget& target) {
+  Names names;
   for (const CProjectFile* file : target.files) names.push_back(file->file_name());
   return names;
 }
@@ -59,27 +61,35 @@ TEST(ProjectFamilyTest, EveryLevelGetsTheFamilysOptionSets) {
   EXPECT_NE(dynamic_cast<MarkedGlobalOptions*>(&project->Clone()->global_options()), nullptr);
 }
 
-TEST_F(ProjectModelTest, GroupsAreAddedToEveryTargetLastInLinkOrder) {
-  project.AddTarget("A", "");
-  project.AddLinkGroup("first");
-  project.AddTarget("B", "");
-  project.AddTarget("C", "");
-  project.AddLinkGroup("second");
+TEST_F(ProjectModelTest, EditsActInEveryTarget) {
+  EXPECT_TRUE(project.AddTarget("A", "")->groups.empty());
+  project.AddLinkGroup("g1");
+  project.AddTarget("B", "");  // takes the first target's structure
+  project.AddLinkGroup("g2");  // last, in every target
+  EXPECT_TRUE(project.AddFile("a.c", "g1"));
+  EXPECT_FALSE(project.AddFile("a.c", "g2"));
+  EXPECT_FALSE(project.AddFile("x.c", "missing"));
+  project.AddFile("b.c", "g1");
+  project.AddFile("c.c", "g2");
+  EXPECT_TRUE(project.ChangeFileGroup("a.c", "g2"));
+  EXPECT_FALSE(project.ChangeFileGroup("missing.c", "g2"));
+  EXPECT_FALSE(project.ChangeFileGroup("a.c", "missing"));
+  EXPECT_TRUE(project.MoveLinkGroup("g2", -1));
+  EXPECT_FALSE(project.MoveLinkGroup("g2", -1));  // already first
+  EXPECT_TRUE(project.MoveProjectFile("a.c", -1));
   for (const auto& target : project.target_set().targets) {
-    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"first", "second"}));
+    EXPECT_EQ(GroupNames(*target), (Names{"g2", "g1"}));
+    EXPECT_EQ(FileNames(*target), (Names{"a.c", "c.c", "b.c"}));
     EXPECT_EQ(target->groups.back()->owner, target.get());
   }
-  // Three distinct group objects, one per target.
-  EXPECT_NE(project.FindTarget("A")->groups[1].get(), project.FindTarget("B")->groups[1].get());
-}
-
-TEST_F(ProjectModelTest, FilesAreUniquePerTargetAndNeedAnExistingGroup) {
-  project.AddTarget("A", "");
-  project.AddLinkGroup("g");
-  EXPECT_TRUE(project.AddFile("src/main.c", "g"));
-  EXPECT_FALSE(project.AddFile("src/main.c", "g"));
-  EXPECT_FALSE(project.AddFile("other.c", "missing"));
-  EXPECT_EQ(FileNames(*project.FindTarget("A")), (std::vector<std::string>{"src/main.c"}));
+  EXPECT_NE(project.FindTarget("A")->groups[0].get(), project.FindTarget("B")->groups[0].get());
+  EXPECT_TRUE(project.DeleteLinkGroup("g2"));
+  EXPECT_TRUE(project.DeleteProjectFile("b.c"));
+  for (const auto& target : project.target_set().targets) {
+    EXPECT_EQ(GroupNames(*target), Names{"g1"});
+    EXPECT_TRUE(target->files.empty());
+  }
+  EXPECT_TRUE(project.AddTarget("C", "nobody")->groups.empty());
 }
 
 TEST_F(ProjectModelTest, TargetWithoutSourceTakesStructureOfFirstTargetAndDefaults) {
@@ -104,60 +114,41 @@ TEST_F(ProjectModelTest, TargetWithoutSourceTakesStructureOfFirstTargetAndDefaul
   EXPECT_NE(c->files[0], a->files[0]);
 }
 
-TEST_F(ProjectModelTest, TargetAddedToEmptyProjectOrFromUnknownSourceIsEmpty) {
-  EXPECT_TRUE(project.AddTarget("A", "")->groups.empty());
-  project.AddLinkGroup("g");
-  EXPECT_TRUE(project.AddTarget("B", "nobody")->groups.empty());
-}
-
-TEST_F(ProjectModelTest, DeleteAndMoveActInEveryTarget) {
-  project.AddTarget("A", "");
-  project.AddLinkGroup("g1");
-  project.AddLinkGroup("g2");
-  project.AddFile("a.c", "g1");
-  project.AddFile("b.c", "g1");
-  project.AddFile("c.c", "g2");
-  project.AddTarget("B", "");
-
-  EXPECT_TRUE(project.ChangeFileGroup("a.c", "g2"));
-  EXPECT_FALSE(project.ChangeFileGroup("missing.c", "g2"));
-  EXPECT_FALSE(project.ChangeFileGroup("a.c", "missing"));
-  EXPECT_TRUE(project.MoveLinkGroup("g2", -1));
-  EXPECT_FALSE(project.MoveLinkGroup("g2", -1));  // already first
-  EXPECT_TRUE(project.MoveProjectFile("a.c", -1));
-  for (const auto& target : project.target_set().targets) {
-    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g2", "g1"}));
-    EXPECT_EQ(FileNames(*target), (std::vector<std::string>{"a.c", "c.c", "b.c"}));
-  }
-  EXPECT_TRUE(project.DeleteLinkGroup("g2"));
-  EXPECT_TRUE(project.DeleteProjectFile("b.c"));
-  for (const auto& target : project.target_set().targets) {
-    EXPECT_EQ(GroupNames(*target), (std::vector<std::string>{"g1"}));
-    EXPECT_TRUE(target->files.empty());
-  }
-}
-
-TEST_F(ProjectModelTest, CopyFromKeepsDefaultTargetIdentityByPosition) {
+// A copy has its own objects, the default target the one at the same place.
+TEST_F(ProjectModelTest, CopyFromCopiesEverything) {
   project.AddTarget("A", "");
   project.SetDefaultTarget(project.AddTarget("B", ""));
   project.AddLinkGroup("g");
   project.AddFile("x.c", "g");
+  CGlobalOptions& global = project.global_options();
+  global.SetString(kCInpExtensions, "C", 0);
+  global.include_paths().push_back({"inc", true});
+  global.include_keyword().keyword = "INCLUDE";
+  global.SetStringList(kEnvironmentSettingsList, {"X=1"});
   std::unique_ptr<CProjectData> copy = project.Clone();
   copy->CopyFrom(project);
   ASSERT_NE(copy->default_target(), nullptr);
   EXPECT_EQ(copy->default_target()->name, "B");
   EXPECT_NE(copy->default_target(), project.default_target());
-  EXPECT_EQ(FileNames(*copy->FindTarget("A")), (std::vector<std::string>{"x.c"}));
+  EXPECT_EQ(FileNames(*copy->FindTarget("A")), Names{"x.c"});
+  const CGlobalOptions& copied = copy->global_options();
+  EXPECT_EQ(copied.GetString(kCInpExtensions, 0), "C");
+  EXPECT_TRUE(copied.include_paths() == global.include_paths() &&
+              copied.include_keyword() == global.include_keyword());
+  Names env;
+  copied.GetStringList(kEnvironmentSettingsList, &env);
+  EXPECT_EQ(env, Names{"X=1"});
 }
 
 TEST_F(ProjectModelTest, FilesAreClassifiedByTheExtensionLists) {
-  EXPECT_EQ(project.ClassifyFile("a.c"), kFileCompilerSource);
-  EXPECT_EQ(project.ClassifyFile("a.CPP"), kFileCompilerSource);
-  EXPECT_EQ(project.ClassifyFile("start.asm"), kFileAssemblerSource);
-  EXPECT_EQ(project.ClassifyFile("a.h"), kFileHeader);
-  EXPECT_EQ(project.ClassifyFile("regs.inc"), kFileAssemblerHeader);
-  EXPECT_EQ(project.ClassifyFile("lib.lib"), kFileLinkerInput);
-  EXPECT_EQ(project.ClassifyFile("readme"), kFileOther);
+  const std::pair<const char*, int> cases[] = {{"a.c", kFileCompilerSource},
+                                               {"a.CPP", kFileCompilerSource},
+                                               {"start.asm", kFileAssemblerSource},
+                                               {"a.h", kFileHeader},
+                                               {"regs.inc", kFileAssemblerHeader},
+                                               {"lib.lib", kFileLinkerInput},
+                                               {"readme", kFileOther}};
+  for (auto [name, kind] : cases) EXPECT_EQ(project.ClassifyFile(name), kind) << name;
 }
 
 TEST_F(ProjectModelTest, OutputNamesFollowTheTargetAndGlobalOptions) {

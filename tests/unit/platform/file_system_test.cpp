@@ -1,6 +1,6 @@
 // One contract for FileSystem, run on the real disk (in a fresh temporary
 // directory) and on FakeFileSystem, so the fake cannot drift from the OS.
-// Then the fake's own controls: clock, records, failure injection.
+// Then the fake's own failure injection.
 #include "platform/file_system.h"
 
 #include <gtest/gtest.h>
@@ -8,217 +8,159 @@
 #include <filesystem>
 #include <random>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "platform/path.h"
 #include "support/fake_file_system.h"
+#include "support/native_path.h"
 
 namespace quillon {
 namespace {
 
-#define ASSERT_OK(expr)                                              \
-  do {                                                               \
-    const ::quillon::Status status_ = (expr);                        \
-    ASSERT_TRUE(status_.ok()) << #expr << ": " << status_.message(); \
-  } while (0)
+// For ASSERT_TRUE(Ok(...)): a failure shows the message.
+::testing::AssertionResult Ok(const Status& status) {
+  if (status.ok()) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << status.message();
+}
 
-std::vector<std::string> Names(const std::vector<DirEntry>& entries) {
+// The entries of `dir`, a directory's name ending in '/'.
+std::vector<std::string> List(FileSystem& fs, const std::string& dir) {
+  std::vector<DirEntry> entries;
   std::vector<std::string> names;
-  for (const DirEntry& entry : entries) {
-    names.push_back(entry.name + (entry.is_directory ? "/" : ""));
-  }
+  if (!fs.ListDirectory(dir, &entries).ok()) return {"<failed>"};
+  for (const DirEntry& e : entries) names.push_back(e.name + (e.is_directory ? "/" : ""));
   return names;
 }
 
-// The OS's file system in a directory of its own, removed afterwards.
-class RealDisk {
- public:
-  RealDisk() {
-    namespace fs = std::filesystem;
-    std::random_device random;
-    do {
-      root_ = fs::temp_directory_path() / ("quillon-fs-test-" + std::to_string(random()));
-    } while (!fs::create_directory(root_));
-  }
-  ~RealDisk() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  FileSystem& fs() { return FileSystem::Default(); }
-  std::string root() const { return root_.string(); }
-
- private:
-  std::filesystem::path root_;
-};
-
-class Fake {
- public:
-  Fake() { fs_.MakeDirectories(root()); }
-  FileSystem& fs() { return fs_; }
-  std::string root() const { return kPathsIgnoreCase ? "C:\\work" : "/work"; }
-
- private:
-  FakeFileSystem fs_;
-};
-
-template <typename Disk>
-class FileSystemContractTest : public ::testing::Test {
+// The parameter: the real disk, else the fake.
+class FileSystemContractTest : public ::testing::TestWithParam<bool> {
  protected:
-  FileSystem& fs() { return disk_.fs(); }
+  void SetUp() override { ASSERT_TRUE(Ok(fs().MakeDirectories(root_))); }
+  void TearDown() override {
+    if (GetParam()) std::filesystem::remove_all(root_);
+  }
+  FileSystem& fs() { return GetParam() ? FileSystem::Default() : fake_; }
   // `relative` may use either separator; the file systems must accept both.
-  std::string At(const std::string& relative) const { return disk_.root() + "/" + relative; }
-
+  std::string At(const std::string& relative) const { return root_ + "/" + relative; }
   void Write(const std::string& relative, const std::string& contents) {
-    ASSERT_OK(fs().WriteFile(At(relative), contents));
+    ASSERT_TRUE(Ok(fs().WriteFile(At(relative), contents)));
   }
   std::string Read(const std::string& relative) {
     std::string contents;
-    const Status status = fs().ReadFile(At(relative), &contents);
-    return status.ok() ? contents : "<" + status.message() + ">";
+    fs().ReadFile(At(relative), &contents);
+    return contents;
   }
 
-  Disk disk_;
+  FakeFileSystem fake_;
+  const std::string root_ = GetParam()
+                                ? (std::filesystem::temp_directory_path() /
+                                   ("quillon-fs-test-" + std::to_string(std::random_device()())))
+                                      .string()
+                                : Rooted("/work");
 };
 
-struct DiskNames {
-  template <typename T>
-  static std::string GetName(int) {
-    return std::is_same_v<T, RealDisk> ? "RealDisk" : "Fake";
-  }
-};
+INSTANTIATE_TEST_SUITE_P(, FileSystemContractTest, ::testing::Values(true, false),
+                         [](const auto& info) { return info.param ? "RealDisk" : "Fake"; });
 
-using Disks = ::testing::Types<RealDisk, Fake>;
-TYPED_TEST_SUITE(FileSystemContractTest, Disks, DiskNames);
-
-TYPED_TEST(FileSystemContractTest, WrittenBytesReadBackUnchanged) {
+TEST_P(FileSystemContractTest, WrittenBytesReadBackMapAndTakeATime) {
   const std::string contents("line\r\nnext\n\0\xff end", 17);
-  this->Write("a.bin", contents);
-  const FileInfo info = this->fs().Stat(this->At("a.bin"));
-  EXPECT_TRUE(info.exists());
-  EXPECT_EQ(info.size, contents.size());
-  EXPECT_FALSE(info.is_directory);
-  EXPECT_TRUE(this->fs().FileExists(this->At("a.bin")));
-  EXPECT_FALSE(this->fs().DirectoryExists(this->At("a.bin")));
-  EXPECT_EQ(this->Read("a.bin"), contents);
+  Write("a.bin", contents);
+  EXPECT_EQ(fs().Stat(At("a.bin")).size, contents.size());
+  EXPECT_TRUE(fs().FileExists(At("a.bin")));
+  EXPECT_EQ(fs().FileExists(At("A.BIN")), kPathsIgnoreCase);
+  EXPECT_EQ(Read("a.bin"), contents);
+  auto mapped = fs().MapReadOnly(At("a.bin"));
+  ASSERT_NE(mapped, nullptr);
+  EXPECT_EQ(std::string(mapped->data(), mapped->size()), contents);
+  mapped.reset();  // Windows cannot truncate a mapped file
 
-  this->Write("a.bin", "short");  // rewriting truncates
-  EXPECT_EQ(this->Read("a.bin"), "short");
+  const FileTime time = 1500000000123456700;  // in 100 ns steps: what Windows keeps
+  ASSERT_TRUE(Ok(fs().SetFileTime(At("a.bin"), time)));
+  EXPECT_EQ(fs().Stat(At("a.bin")).time, time);
+
+  Write("a.bin", "");  // rewriting truncates, and an empty file maps
+  ASSERT_NE(fs().MapReadOnly(At("a.bin")), nullptr);
+  EXPECT_EQ(fs().MapReadOnly(At("a.bin"))->size(), 0u);
 }
 
-TYPED_TEST(FileSystemContractTest, MissingFilesHaveMissingTimeAndErrorsNameThem) {
-  EXPECT_EQ(this->fs().Stat(this->At("missing.h")).time, kMissingFile);
-  EXPECT_FALSE(this->fs().Stat(this->At("no/such/dir/x.c")).exists());
-  EXPECT_FALSE(this->fs().FileExists(this->At("missing.h")));
-  EXPECT_TRUE(this->fs().DirectoryExists(this->At("")));
-  std::string contents = "stale";
-  const Status status = this->fs().ReadFile(this->At("missing.h"), &contents);
-  EXPECT_FALSE(status.ok());
-  EXPECT_NE(status.message().find("missing.h'"), std::string::npos) << status.message();
+// Removing one succeeds: it is gone afterwards.
+TEST_P(FileSystemContractTest, MissingFilesHaveMissingTimeAndErrorsNameThem) {
+  EXPECT_EQ(fs().Stat(At("missing.h")).time, kMissingFile);
+  EXPECT_FALSE(fs().Stat(At("no/such/dir/x.c")).exists());
+  EXPECT_TRUE(fs().DirectoryExists(At("")));
+  std::string contents;
+  const Status status = fs().ReadFile(At("missing.h"), &contents);
   EXPECT_TRUE(status.IsNotFound());
-  EXPECT_EQ(contents, "");
+  EXPECT_NE(status.message().find("missing.h'"), std::string::npos) << status.message();
 
   std::unique_ptr<WritableFile> file;
-  EXPECT_FALSE(this->fs().NewWritableFile(this->At("no/dir/x.c"), &file).ok());
-  EXPECT_FALSE(this->fs().RenameFile(this->At("missing.h"), this->At("b.h")).ok());
-  std::vector<DirEntry> entries;
-  EXPECT_FALSE(this->fs().ListDirectory(this->At("missing"), &entries).ok());
+  EXPECT_FALSE(fs().NewWritableFile(At("no/dir/x.c"), &file).ok());
+  EXPECT_FALSE(fs().RenameFile(At("missing.h"), At("b.h")).ok());
+  EXPECT_FALSE(fs().SetFileTime(At("missing.h"), 1).ok());
+  EXPECT_EQ(List(fs(), At("missing")), std::vector<std::string>{"<failed>"});
+  EXPECT_EQ(fs().MapReadOnly(At("missing.h")), nullptr);
+  EXPECT_EQ(fs().MapReadOnly(At("")), nullptr);  // a directory
+  ASSERT_TRUE(Ok(fs().RemoveFile(At("never.o"))));
+  ASSERT_TRUE(Ok(fs().RemoveFile(At("no/dir/never.o"))));
 }
 
-TYPED_TEST(FileSystemContractTest, MapsEmptyAndNonEmptyFiles) {
-  this->Write("empty.c", "");
-  this->Write("full.c", "int x;\n");
-  ASSERT_OK(this->fs().MakeDirectories(this->At("dir")));
+TEST_P(FileSystemContractTest, RemoveRenameAndAtomicWriteReplaceAndLeaveNothingElse) {
+  Write("x.o", "obj");
+  ASSERT_TRUE(Ok(fs().RemoveFile(At("x.o"))));
+  EXPECT_FALSE(fs().Stat(At("x.o")).exists());
 
-  const auto empty = this->fs().MapReadOnly(this->At("empty.c"));
-  ASSERT_NE(empty, nullptr);
-  EXPECT_EQ(empty->size(), 0u);
-  const auto full = this->fs().MapReadOnly(this->At("full.c"));
-  ASSERT_NE(full, nullptr);
-  EXPECT_EQ(std::string(full->data(), full->size()), "int x;\n");
-  EXPECT_EQ(this->fs().MapReadOnly(this->At("missing.c")), nullptr);
-  EXPECT_EQ(this->fs().MapReadOnly(this->At("dir")), nullptr);
-}
+  Write("new.txt", "new");
+  Write("old.txt", "old");
+  ASSERT_TRUE(Ok(fs().RenameFile(At("new.txt"), At("old.txt"))));
+  EXPECT_EQ(Read("old.txt"), "new");
+  EXPECT_FALSE(fs().Stat(At("new.txt")).exists());
 
-TYPED_TEST(FileSystemContractTest, RemoveSucceedsWhenFileIsGoneAndRenameReplaces) {
-  ASSERT_OK(this->fs().RemoveFile(this->At("never.o")));
-  ASSERT_OK(this->fs().RemoveFile(this->At("no/dir/never.o")));
-  this->Write("x.o", "obj");
-  ASSERT_OK(this->fs().RemoveFile(this->At("x.o")));
-  EXPECT_FALSE(this->fs().Stat(this->At("x.o")).exists());
-
-  this->Write("new.txt", "new");
-  this->Write("old.txt", "old");
-  ASSERT_OK(this->fs().RenameFile(this->At("new.txt"), this->At("old.txt")));
-  EXPECT_EQ(this->Read("old.txt"), "new");
-  EXPECT_FALSE(this->fs().Stat(this->At("new.txt")).exists());
-}
-
-TYPED_TEST(FileSystemContractTest, ListsDirectorySortedWithKinds) {
-  this->Write("b.txt", "");
-  this->Write("a.txt", "");
-  ASSERT_OK(this->fs().MakeDirectories(this->At("sub")));
-  this->Write("sub/inner.c", "");
-  std::vector<DirEntry> entries;
-  ASSERT_OK(this->fs().ListDirectory(this->At(""), &entries));
-  EXPECT_EQ(Names(entries), (std::vector<std::string>{"a.txt", "b.txt", "sub/"}));
-}
-
-TYPED_TEST(FileSystemContractTest, MakeDirectoriesCreatesEveryLevelOnce) {
-  ASSERT_OK(this->fs().MakeDirectories(this->At("a/b\\c/")));
-  EXPECT_TRUE(this->fs().DirectoryExists(this->At("a/b/c")));
-  ASSERT_OK(this->fs().MakeDirectories(this->At("a/b/c")));
-  this->Write("a/b/c/f.txt", "in the tree");
-  EXPECT_EQ(this->Read("a\\b\\c\\f.txt"), "in the tree");
-
-  this->Write("file", "");
-  EXPECT_FALSE(this->fs().MakeDirectories(this->At("file/sub")).ok());
-  EXPECT_FALSE(this->fs().MakeDirectories(this->At("file")).ok());
-}
-
-TYPED_TEST(FileSystemContractTest, SetFileTimeIsSeenByStat) {
-  this->Write("t.c", "");
-  // 100 ns steps: the resolution Windows keeps.
-  const FileTime time = 1500000000123456700;
-  ASSERT_OK(this->fs().SetFileTime(this->At("t.c"), time));
-  EXPECT_EQ(this->fs().Stat(this->At("t.c")).time, time);
-  ASSERT_OK(this->fs().SetFileTime(this->At("t.c"), time - 3600000000000));
-  EXPECT_EQ(this->fs().Stat(this->At("t.c")).time, time - 3600000000000);
-  EXPECT_FALSE(this->fs().SetFileTime(this->At("missing.c"), time).ok());
-}
-
-TYPED_TEST(FileSystemContractTest, FindFileSearchesBreadthFirstInNameOrder) {
-  ASSERT_OK(this->fs().MakeDirectories(this->At("a/deep/deeper")));
-  ASSERT_OK(this->fs().MakeDirectories(this->At("c")));
-  ASSERT_OK(this->fs().MakeDirectories(this->At("b")));
-  this->Write("a/deep/deeper/t.h", "");
-  this->Write("c/t.h", "");
-  this->Write("b/t.h", "");
-
-  const std::string root = this->At("");
-  std::string found;
-  EXPECT_FALSE(FindFile(this->fs(), "t.h", root, /*recurse=*/false, &found));
-  ASSERT_TRUE(FindFile(this->fs(), "t.h", root, /*recurse=*/true, &found));
-  EXPECT_TRUE(PathsEqual(found, NormalizePath(this->At("b/t.h")))) << found;
-  ASSERT_TRUE(FindFile(this->fs(), "deeper\\t.h", root, /*recurse=*/true, &found));
-  EXPECT_TRUE(PathsEqual(found, NormalizePath(this->At("a/deep/deeper/t.h")))) << found;
-  EXPECT_FALSE(FindFile(this->fs(), "deep", root, /*recurse=*/true, &found));  // not a file
-}
-
-TYPED_TEST(FileSystemContractTest, WriteFileAtomicallyReplacesAndLeavesNothingElse) {
-  this->Write("store.qpj", "old");
-  ASSERT_OK(this->fs().WriteFileAtomically(this->At("store.qpj"), "new"));
-  EXPECT_EQ(this->Read("store.qpj"), "new");
-  ASSERT_OK(this->fs().WriteFileAtomically(this->At("fresh.qpj"), "first"));
-  EXPECT_EQ(this->Read("fresh.qpj"), "first");
-
+  Write("store.qpj", "old");
+  ASSERT_TRUE(Ok(fs().WriteFileAtomically(At("store.qpj"), "new")));
+  EXPECT_EQ(Read("store.qpj"), "new");
+  ASSERT_TRUE(Ok(fs().WriteFileAtomically(At("fresh.qpj"), "first")));
+  EXPECT_EQ(Read("fresh.qpj"), "first");
   // A directory in the way: the rename fails and the temporary goes.
-  ASSERT_OK(this->fs().MakeDirectories(this->At("dir.qpj")));
-  EXPECT_FALSE(this->fs().WriteFileAtomically(this->At("dir.qpj"), "x").ok());
+  ASSERT_TRUE(Ok(fs().MakeDirectories(At("dir.qpj"))));
+  EXPECT_FALSE(fs().WriteFileAtomically(At("dir.qpj"), "x").ok());
+  // The listing: sorted by name, directories marked, whatever the order of creation.
+  EXPECT_EQ(List(fs(), At("")),
+            (std::vector<std::string>{"dir.qpj/", "fresh.qpj", "old.txt", "store.qpj"}));
+}
 
-  std::vector<DirEntry> entries;
-  ASSERT_OK(this->fs().ListDirectory(this->At(""), &entries));
-  EXPECT_EQ(Names(entries), (std::vector<std::string>{"dir.qpj/", "fresh.qpj", "store.qpj"}));
+TEST_P(FileSystemContractTest, MakeDirectoriesCreatesEveryLevelAndFindFileFindsOnlyFiles) {
+  ASSERT_TRUE(Ok(fs().MakeDirectories(At("a/b\\c/"))));
+  EXPECT_TRUE(fs().DirectoryExists(At("a/b/c")));
+  ASSERT_TRUE(Ok(fs().MakeDirectories(At("a/b/c"))));
+  Write("a/b/c/f.txt", "in the tree");
+  EXPECT_EQ(Read("a\\b\\c\\..\\c\\.\\f.txt"), "in the tree");
+  std::string found;
+  EXPECT_FALSE(FindFile(fs(), "c", At("a"), /*recurse=*/true, &found));
+  ASSERT_TRUE(FindFile(fs(), "f.txt", At(""), /*recurse=*/true, &found));
+  EXPECT_TRUE(PathsEqual(found, NormalizePath(At("a/b/c/f.txt")))) << found;
+
+  Write("file", "");
+  EXPECT_FALSE(fs().MakeDirectories(At("file/sub")).ok());
+  EXPECT_FALSE(fs().MakeDirectories(At("file")).ok());
+}
+
+// Also names relative to the fake's current directory.
+TEST(FakeFileSystemTest, AtomicWriteKeepsTheOldFileWhenAnyStepFails) {
+  const std::string store = "store.qpj";
+  for (int step = 0; step < 3; ++step) {  // the write, the sync, the rename
+    SCOPED_TRACE(step);
+    FakeFileSystem fs;
+    fs.set_current_directory(Rooted("/p"));
+    fs.Create(store, "old contents");
+    fs.FailNthWrite(step == 0 ? 1 : 0);
+    fs.set_fail_syncs(step == 1);
+    fs.set_fail_renames(step == 2);
+    EXPECT_FALSE(fs.WriteFileAtomically(store, "new contents, longer").ok());
+    EXPECT_EQ(fs.Contents(store), "old contents");
+    ASSERT_EQ(fs.files_written().size(), 1u);
+    EXPECT_EQ(DirOfFile(fs.files_written()[0]), DirOfFile(store));  // one volume
+    EXPECT_EQ(List(fs, Rooted("/p")), std::vector<std::string>{"store.qpj"});
+  }
 }
 
 // Names Windows opens although no listing spells them so; POSIX has none.
@@ -226,55 +168,7 @@ TEST(FileNamesTest, OnlyWindowsOpensUnlistedNames) {
   for (const char* name : {"PROGRA~1", "a.c.", "a.c ", "a.c:stream", "\xe9t\xe9.h"}) {
     EXPECT_EQ(MayOpenUnlisted(name), kPathsIgnoreCase) << name;
   }
-  EXPECT_FALSE(MayOpenUnlisted("plain.h"));
-  EXPECT_FALSE(MayOpenUnlisted(""));
-}
-
-class FakeFileSystemTest : public ::testing::Test {
- protected:
-  std::string P(std::string relative) const {
-    return (kPathsIgnoreCase ? "C:\\p\\" : "/p/") + relative;
-  }
-  std::vector<std::string> ListP() {
-    std::vector<DirEntry> entries;
-    fs_.ListDirectory(P(""), &entries);
-    return Names(entries);
-  }
-  FakeFileSystem fs_;
-};
-
-TEST_F(FakeFileSystemTest, AtomicWriteKeepsOldFileWhenAnyStepFails) {
-  enum Step { kWrite, kSync, kRename };
-  for (const Step step : {kWrite, kSync, kRename}) {
-    SCOPED_TRACE(step);
-    FakeFileSystem fs;
-    fs.Create(P("store.qpj"), "old contents");
-    fs.FailNthWrite(step == kWrite ? 1 : 0);
-    fs.set_fail_syncs(step == kSync);
-    fs.set_fail_renames(step == kRename);
-
-    EXPECT_FALSE(fs.WriteFileAtomically(P("store.qpj"), "new contents, longer").ok());
-    EXPECT_EQ(fs.Contents(P("store.qpj")), "old contents");
-    const std::vector<std::string> written = fs.files_written();
-    ASSERT_EQ(written.size(), 1u);
-    EXPECT_NE(written[0], P("store.qpj"));  // only ever the temporary
-    EXPECT_EQ(DirOfFile(written[0]), DirOfFile(P("store.qpj")));
-    EXPECT_EQ(fs.files_removed(), written);
-    std::vector<DirEntry> entries;
-    ASSERT_OK(fs.ListDirectory(P(""), &entries));
-    EXPECT_EQ(Names(entries), std::vector<std::string>{"store.qpj"});
-  }
-}
-
-TEST_F(FakeFileSystemTest, NamesOneFileWhateverTheSpelling) {
-  fs_.Create(P("src/./main.c"), "m");
-  EXPECT_EQ(fs_.Contents(P("inc\\..\\src\\main.c")), "m");
-  EXPECT_EQ(fs_.FileExists(P("SRC/Main.C")), kPathsIgnoreCase);
-
-  fs_.set_current_directory(P("src"));
-  EXPECT_EQ(fs_.CurrentDirectory(), NormalizePath(P("src")));
-  EXPECT_EQ(fs_.Contents("main.c"), "m");
-  EXPECT_EQ(fs_.Contents("..\\src/main.c"), "m");
+  for (const char* name : {"plain.h", ""}) EXPECT_FALSE(MayOpenUnlisted(name)) << name;
 }
 
 }  // namespace
