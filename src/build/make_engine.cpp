@@ -50,11 +50,13 @@ void CMakeEngine::Join() {
 }
 
 void CMakeEngine::Stop() {
+  // Said first: once the child is gone the build thread ends the build, and
+  // its closing lines must come after this one.
+  services_.sink->Output(OutputBuildMessages, OutputAppendLine,
+                         "Process terminated at user request.");
   signals_.stop_requested = true;
   signals_.make_state = MakeStateFailed;
   signals_.running.TerminateAll();
-  services_.sink->Output(OutputBuildMessages, OutputAppendLine,
-                         "Process terminated at user request.");
 }
 
 void CMakeEngine::Start(CProjectData& project, CProjectTarget& target, int mode,

@@ -179,29 +179,29 @@ PendingRun CTranslatorInvoker::Start(const std::string& executable, const std::s
     run.failure = "Can not create redirection files.";
     return run;
   }
-  ProcessSpec spec;
-  spec.command = SetQuotesOnPath(executable) + " " + parameters;
+  ProcessSpec launch;
+  launch.command = SetQuotesOnPath(executable) + " " + parameters;
   if (context_.GlobalInt(InterpreterOption(kind)) && GetOSInfo()) {
-    spec.interpreter = context_.services.environment_variable("COMSPEC");
-    if (spec.interpreter.empty()) spec.interpreter = DefaultCommandInterpreter();
+    launch.interpreter = context_.services.environment_variable("COMSPEC");
+    if (launch.interpreter.empty()) launch.interpreter = DefaultCommandInterpreter();
   }
-  spec.working_directory = RunDirectory(file);
-  if (!context_.services.fs->DirectoryExists(spec.working_directory)) {
+  launch.working_directory = RunDirectory(file);
+  if (!context_.services.fs->DirectoryExists(launch.working_directory)) {
     run.failure = "Invalid working directory";
     return run;
   }
-  spec.environment = context_.environment;
+  launch.environment = context_.environment;
   if (capture) {
-    spec.stdout_path = capture_.output;
-    spec.stderr_path = capture_.error;
+    launch.stdout_path = capture_.output;
+    launch.stderr_path = capture_.error;
     run.stdout_path = capture_.output;
   }
   if (context_.GlobalInt(kShowToolWindow)) {
-    spec.own_window = true;
+    launch.own_window = true;
     ProcessWindowRecord record{0};
     if (context_.services.host) context_.services.host(HostProcessWindow, &record);
   }
-  Status started = context_.services.runner->Start(spec, &run.process);
+  Status started = context_.services.runner->Start(launch, &run.process);
   if (!started.ok()) {
     run.failure = started.message();
     return run;

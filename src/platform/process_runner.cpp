@@ -47,9 +47,9 @@ std::vector<std::string> SplitCommandLine(std::string_view line) {
   return args;
 }
 
-std::string CommandLineOf(const ProcessSpec& spec) {
-  if (spec.interpreter.empty()) return spec.command;
-  return spec.interpreter + " /c " + spec.command;
+std::string CommandLineOf(const ProcessSpec& launch) {
+  if (launch.interpreter.empty()) return launch.command;
+  return launch.interpreter + " /c " + launch.command;
 }
 
 }  // namespace quillon

@@ -84,7 +84,7 @@ class ProcessRunner {
   // program is not there, IoError otherwise; the message is the OS's own
   // text for the error ("No such file or directory", "The system cannot find
   // the file specified."), because the build prints it as the run's result.
-  virtual Status Start(const ProcessSpec& spec, std::unique_ptr<Process>* process) = 0;
+  virtual Status Start(const ProcessSpec& launch, std::unique_ptr<Process>* process) = 0;
 
   // The OS's process runner; lives as long as the process.
   static ProcessRunner& Default();
@@ -99,7 +99,7 @@ std::vector<std::string> SplitCommandLine(std::string_view line);
 
 // The command line as a person reads it: `command`, or
 // "interpreter /c command".
-std::string CommandLineOf(const ProcessSpec& spec);
+std::string CommandLineOf(const ProcessSpec& launch);
 
 }  // namespace quillon
 

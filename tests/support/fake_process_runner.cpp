@@ -51,13 +51,13 @@ class FakeProcessRunner::FakeProcess : public Process {
 FakeProcessRunner::FakeProcessRunner(FakeFileSystem& fs) : fs_(fs) {}
 FakeProcessRunner::~FakeProcessRunner() = default;
 
-Status FakeProcessRunner::Start(const ProcessSpec& spec, std::unique_ptr<Process>* process) {
+Status FakeProcessRunner::Start(const ProcessSpec& launch, std::unique_ptr<Process>* process) {
   process->reset();
   Script script;
   {
     std::lock_guard<std::mutex> lock(mutex_);
-    started_.push_back(spec);
-    const std::string line = CommandLineOf(spec);
+    started_.push_back(launch);
+    const std::string line = CommandLineOf(launch);
     for (auto rule = rules_.rbegin(); rule != rules_.rend(); ++rule) {
       if (line.find(rule->first) != std::string::npos) {
         script = rule->second;
@@ -67,14 +67,14 @@ Status FakeProcessRunner::Start(const ProcessSpec& spec, std::unique_ptr<Process
     if (!script.start_error.ok()) return script.start_error;
     ++running_;
   }
-  if (spec.stdout_path == spec.stderr_path && !spec.stdout_path.empty()) {
-    fs_.Create(spec.stdout_path, script.stdout_text + script.stderr_text);
+  if (launch.stdout_path == launch.stderr_path && !launch.stdout_path.empty()) {
+    fs_.Create(launch.stdout_path, script.stdout_text + script.stderr_text);
   } else {
-    if (!spec.stdout_path.empty()) fs_.Create(spec.stdout_path, script.stdout_text);
-    if (!spec.stderr_path.empty()) fs_.Create(spec.stderr_path, script.stderr_text);
+    if (!launch.stdout_path.empty()) fs_.Create(launch.stdout_path, script.stdout_text);
+    if (!launch.stderr_path.empty()) fs_.Create(launch.stderr_path, script.stderr_text);
   }
   for (const auto& [path, contents] : script.files) fs_.Create(path, contents);
-  if (script.action) script.action(spec);
+  if (script.action) script.action(launch);
   *process = std::make_unique<FakeProcess>(this, script.exit_status, script.runs_until_terminated);
   return Status::OK();
 }
@@ -92,7 +92,7 @@ std::vector<ProcessSpec> FakeProcessRunner::started() const {
 std::vector<std::string> FakeProcessRunner::command_lines() const {
   std::lock_guard<std::mutex> lock(mutex_);
   std::vector<std::string> lines;
-  for (const ProcessSpec& spec : started_) lines.push_back(CommandLineOf(spec));
+  for (const ProcessSpec& launch : started_) lines.push_back(CommandLineOf(launch));
   return lines;
 }
 

@@ -22,7 +22,7 @@ namespace quillon {
 class FakeProcessRunner : public ProcessRunner {
  public:
   struct Script {
-    // Written to spec.stdout_path / stderr_path when those are set (both
+    // Written to launch.stdout_path / stderr_path when those are set (both
     // into one file when the two names are the same).
     std::string stdout_text{}, stderr_text{};
     // Path -> contents, "produced" by the run.
@@ -40,9 +40,9 @@ class FakeProcessRunner : public ProcessRunner {
   explicit FakeProcessRunner(FakeFileSystem& fs);
   ~FakeProcessRunner() override;
 
-  Status Start(const ProcessSpec& spec, std::unique_ptr<Process>* process) override;
+  Status Start(const ProcessSpec& launch, std::unique_ptr<Process>* process) override;
 
-  // The last-added rule whose needle occurs in CommandLineOf(spec) wins;
+  // The last-added rule whose needle occurs in CommandLineOf(launch) wins;
   // without one the child exits with 0 and prints nothing.
   void On(const std::string& needle, Script script);
 

@@ -234,41 +234,41 @@ class SpawnSetup {
 
 class PosixProcessRunner : public ProcessRunner {
  public:
-  Status Start(const ProcessSpec& spec, std::unique_ptr<Process>* process) override {
+  Status Start(const ProcessSpec& launch, std::unique_ptr<Process>* process) override {
     process->reset();
     std::vector<std::string> args =
-        spec.interpreter.empty() ? SplitCommandLine(spec.command)
-                                 : std::vector<std::string>{spec.interpreter, "-c", spec.command};
+        launch.interpreter.empty() ? SplitCommandLine(launch.command)
+                                 : std::vector<std::string>{launch.interpreter, "-c", launch.command};
     if (args.empty()) return SpawnError(ENOENT);
-    for (const auto& pair : spec.environment) {
+    for (const auto& pair : launch.environment) {
       if (!ValidVariableName(pair.first)) return SpawnError(EINVAL);  // as setenv says
     }
 
     Fd out, err;
-    if (!spec.stdout_path.empty()) {
-      Status status = OpenCapture(spec.stdout_path, &out);
+    if (!launch.stdout_path.empty()) {
+      Status status = OpenCapture(launch.stdout_path, &out);
       if (!status.ok()) return status;
     }
-    const bool shared = spec.stderr_path == spec.stdout_path;
-    if (!spec.stderr_path.empty() && !shared) {
-      Status status = OpenCapture(spec.stderr_path, &err);
+    const bool shared = launch.stderr_path == launch.stdout_path;
+    if (!launch.stderr_path.empty() && !shared) {
+      Status status = OpenCapture(launch.stderr_path, &err);
       if (!status.ok()) return status;
     }
 
     SpawnSetup setup;
     int error = setup.SetAttributes();
-    if (error == 0) error = setup.SetFiles(out, shared ? out : err, spec.working_directory);
+    if (error == 0) error = setup.SetFiles(out, shared ? out : err, launch.working_directory);
     if (error != 0) return SpawnError(error);
 
     std::vector<std::string> env_strings;
-    if (!spec.environment.empty()) env_strings = MergedEnvironment(spec.environment);
+    if (!launch.environment.empty()) env_strings = MergedEnvironment(launch.environment);
     std::vector<char*> argv = Pointers(args);
     std::vector<char*> envp = Pointers(env_strings);
 
     // glibc reports a failed exec (and a failed file action) here.
     pid_t pid = 0;
     error = ::posix_spawnp(&pid, argv[0], setup.actions(), setup.attr(), argv.data(),
-                           spec.environment.empty() ? environ : envp.data());
+                           launch.environment.empty() ? environ : envp.data());
     if (error != 0) return SpawnError(error);
     *process = std::make_unique<PosixProcess>(pid, OpenPidFd(pid));
     return Status::OK();

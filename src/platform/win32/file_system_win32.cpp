@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "platform/win32/error_text.h"
 #include "platform/file_system.h"
 #include "platform/path.h"
 
@@ -30,19 +31,7 @@ FILETIME ToFileTime(FileTime time) {
   return ft;
 }
 
-std::string ErrorText(DWORD error) {
-  char* buffer = nullptr;
-  const DWORD length = ::FormatMessageA(
-      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-      nullptr, error, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<char*>(&buffer),
-      0, nullptr);
-  std::string text = length > 0 ? std::string(buffer, length) : std::string();
-  if (buffer != nullptr) ::LocalFree(buffer);
-  while (!text.empty() && (text.back() == '\r' || text.back() == '\n' || text.back() == ' ')) {
-    text.pop_back();
-  }
-  return text.empty() ? "error " + std::to_string(error) : text;
-}
+std::string ErrorText(DWORD error) { return Win32ErrorText(error); }
 
 // "cannot open 'x': The system cannot find the file specified."
 Status Win32Error(const char* action, const std::string& path, DWORD error) {

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/win32/error_text.h"
 #include "platform/process_runner.h"
 
 namespace quillon {
@@ -14,19 +15,7 @@ namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-std::string ErrorText(DWORD error) {
-  char* buffer = nullptr;
-  const DWORD length = ::FormatMessageA(
-      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-      nullptr, error, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<char*>(&buffer),
-      0, nullptr);
-  std::string text = length > 0 ? std::string(buffer, length) : std::string();
-  if (buffer != nullptr) ::LocalFree(buffer);
-  while (!text.empty() && (text.back() == '\r' || text.back() == '\n' || text.back() == ' ')) {
-    text.pop_back();
-  }
-  return text.empty() ? "error " + std::to_string(error) : text;
-}
+std::string ErrorText(DWORD error) { return Win32ErrorText(error); }
 
 Status Win32Error(DWORD error) {
   if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
@@ -196,23 +185,23 @@ struct StandardHandles {
   bool use = true;  // false: the child's own console gives all three
 };
 
-Status OpenStandardHandles(const ProcessSpec& spec, StandardHandles* handles) {
-  if (spec.own_window && spec.stdout_path.empty() && spec.stderr_path.empty()) {
+Status OpenStandardHandles(const ProcessSpec& launch, StandardHandles* handles) {
+  if (launch.own_window && launch.stdout_path.empty() && launch.stderr_path.empty()) {
     handles->use = false;
     return Status::OK();
   }
   handles->in = OpenNul(GENERIC_READ);
   if (!handles->in) return Win32Error(::GetLastError());
-  if (!spec.stdout_path.empty()) {
-    Status status = OpenCapture(spec.stdout_path, &handles->out);
+  if (!launch.stdout_path.empty()) {
+    Status status = OpenCapture(launch.stdout_path, &handles->out);
     if (!status.ok()) return status;
   } else {
     handles->out = InheritedStandard(STD_OUTPUT_HANDLE);
   }
-  if (!spec.stderr_path.empty() && spec.stderr_path != spec.stdout_path) {
-    Status status = OpenCapture(spec.stderr_path, &handles->err);
+  if (!launch.stderr_path.empty() && launch.stderr_path != launch.stdout_path) {
+    Status status = OpenCapture(launch.stderr_path, &handles->err);
     if (!status.ok()) return status;
-  } else if (spec.stderr_path.empty()) {
+  } else if (launch.stderr_path.empty()) {
     handles->err = InheritedStandard(STD_ERROR_HANDLE);
   }
   return Status::OK();
@@ -220,17 +209,17 @@ Status OpenStandardHandles(const ProcessSpec& spec, StandardHandles* handles) {
 
 class Win32ProcessRunner : public ProcessRunner {
  public:
-  Status Start(const ProcessSpec& spec, std::unique_ptr<Process>* process) override {
+  Status Start(const ProcessSpec& launch, std::unique_ptr<Process>* process) override {
     process->reset();
     std::string environment;
-    if (!spec.environment.empty()) {
-      for (const Variable& pair : spec.environment) {
+    if (!launch.environment.empty()) {
+      for (const Variable& pair : launch.environment) {
         if (!ValidVariableName(pair.first)) return Win32Error(ERROR_INVALID_PARAMETER);
       }
-      environment = EnvironmentBlock(spec.environment);
+      environment = EnvironmentBlock(launch.environment);
     }
     StandardHandles handles;
-    Status status = OpenStandardHandles(spec, &handles);
+    Status status = OpenStandardHandles(launch, &handles);
     if (!status.ok()) return status;
 
     STARTUPINFOA startup;
@@ -242,13 +231,13 @@ class Win32ProcessRunner : public ProcessRunner {
       startup.hStdOutput = handles.out.get();
       startup.hStdError = handles.err ? handles.err.get() : handles.out.get();
     }
-    std::string line = CommandLineOf(spec);
+    std::string line = CommandLineOf(launch);
     const DWORD flags =
-        CREATE_SUSPENDED | (spec.own_window ? CREATE_NEW_CONSOLE : CREATE_NO_WINDOW);
+        CREATE_SUSPENDED | (launch.own_window ? CREATE_NEW_CONSOLE : CREATE_NO_WINDOW);
     PROCESS_INFORMATION info;
     if (!::CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, flags,
                           environment.empty() ? nullptr : environment.data(),
-                          spec.working_directory.empty() ? nullptr : spec.working_directory.c_str(),
+                          launch.working_directory.empty() ? nullptr : launch.working_directory.c_str(),
                           &startup, &info)) {
       return Win32Error(::GetLastError());
     }

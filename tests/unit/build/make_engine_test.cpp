@@ -331,9 +331,9 @@ TEST_F(MakeEngineTest, RunsGoThroughTheInterpreterAndIntoTheirDirectories) {
   std::vector<std::string> files{"main.c"};
   Build(MakeModeCompile, 1, &files);
   ASSERT_FALSE(runner.started().empty());
-  const ProcessSpec spec = runner.started().back();
+  const ProcessSpec launch = runner.started().back();
   EXPECT_EQ(runner.command_lines().back().rfind("C:\\cmd.exe /c cc ", 0), 0u);
-  EXPECT_EQ(spec.working_directory, Rooted("/p/"));
+  EXPECT_EQ(launch.working_directory, Rooted("/p/"));
 
   project.global_options().SetString(kRootDir, "nowhere", 0);
   project.global_options().SetInt(kChangeWorkingDirectory, 0, 0);

@@ -136,23 +136,23 @@ class ProcessRunnerTest : public ::testing::Test {
   // This program doing `mode` in the test's directory, its streams captured
   // in out.txt and err.txt.
   ProcessSpec Child(const std::string& mode) const {
-    ProcessSpec spec;
-    spec.command = "\"" + GetEXEPath() + "\"";
-    spec.working_directory = dir_.string();
-    spec.environment = {{kChildVariable, mode}};
-    spec.stdout_path = At("out.txt");
-    spec.stderr_path = At("err.txt");
-    return spec;
+    ProcessSpec launch;
+    launch.command = "\"" + GetEXEPath() + "\"";
+    launch.working_directory = dir_.string();
+    launch.environment = {{kChildVariable, mode}};
+    launch.stdout_path = At("out.txt");
+    launch.stderr_path = At("err.txt");
+    return launch;
   }
-  std::unique_ptr<Process> Start(const ProcessSpec& spec) {
+  std::unique_ptr<Process> Start(const ProcessSpec& launch) {
     std::unique_ptr<Process> process;
-    const Status status = runner_.Start(spec, &process);
-    EXPECT_TRUE(status.ok()) << CommandLineOf(spec) << ": " << status.message();
+    const Status status = runner_.Start(launch, &process);
+    EXPECT_TRUE(status.ok()) << CommandLineOf(launch) << ": " << status.message();
     return process;
   }
   // Starts and waits; -1000 when it did not start.
-  int Run(const ProcessSpec& spec) {
-    std::unique_ptr<Process> process = Start(spec);
+  int Run(const ProcessSpec& launch) {
+    std::unique_ptr<Process> process = Start(launch);
     return process ? process->Wait(-1) : -1000;
   }
   // The pid a sleeping child wrote in its working directory, once it is there:
@@ -174,41 +174,41 @@ TEST_F(ProcessRunnerTest, ChildGetsTheVariablesBothStreamsAreCapturedAndExit42Is
   SetEnvironmentVariable("QUILLON_TEST_KEPT", "kept");
   SetEnvironmentVariable("QUILLON_TEST_REPLACED", "parent");
   std::ofstream(At("out.txt")) << std::string(5000, 'o');  // an old, longer capture
-  ProcessSpec spec = Child("env QUILLON_TEST_KEPT QUILLON_TEST_REPLACED QUILLON_TEST_NEW");
-  spec.environment.emplace_back("QUILLON_TEST_NEW", "first");
-  spec.environment.emplace_back("QUILLON_TEST_NEW", "a b=c");  // the later pair wins
+  ProcessSpec launch = Child("env QUILLON_TEST_KEPT QUILLON_TEST_REPLACED QUILLON_TEST_NEW");
+  launch.environment.emplace_back("QUILLON_TEST_NEW", "first");
+  launch.environment.emplace_back("QUILLON_TEST_NEW", "a b=c");  // the later pair wins
   // Names ignore case on Windows (as paths do): this replaces the inherited one.
-  spec.environment.emplace_back(
+  launch.environment.emplace_back(
       kPathsIgnoreCase ? "quillon_test_replaced" : "QUILLON_TEST_REPLACED", "child");
-  EXPECT_EQ(Run(spec), 42);
+  EXPECT_EQ(Run(launch), 42);
   EXPECT_EQ(Read("out.txt"), "kept\nchild\na b=c\n");
   EXPECT_EQ(Read("err.txt"), "err line\n");
 
-  spec.stderr_path = spec.stdout_path;  // named twice: one file takes both
-  EXPECT_EQ(Run(spec), 42);
+  launch.stderr_path = launch.stdout_path;  // named twice: one file takes both
+  EXPECT_EQ(Run(launch), 42);
   EXPECT_EQ(Read("out.txt"), "err line\nkept\nchild\na b=c\n");
 }
 
 TEST_F(ProcessRunnerTest, FailedStartIsAStatusWithTheSystemsText) {
   std::unique_ptr<Process> process;
-  ProcessSpec spec;
-  spec.command = "quillon-no-such-program-4711 -c x.c";
-  const Status status = runner_.Start(spec, &process);
+  ProcessSpec launch;
+  launch.command = "quillon-no-such-program-4711 -c x.c";
+  const Status status = runner_.Start(launch, &process);
   EXPECT_EQ(status.kind(), Status::Kind::kNotFound);
   EXPECT_EQ(status.message(), OsText(kNoFileError));
-  spec.command = "\"" + At("no such dir/tool") + "\" x";
-  EXPECT_EQ(runner_.Start(spec, &process).kind(), Status::Kind::kNotFound);
-  spec.command = "  ";
-  EXPECT_FALSE(runner_.Start(spec, &process).ok());
+  launch.command = "\"" + At("no such dir/tool") + "\" x";
+  EXPECT_EQ(runner_.Start(launch, &process).kind(), Status::Kind::kNotFound);
+  launch.command = "  ";
+  EXPECT_FALSE(runner_.Start(launch, &process).ok());
 }
 
 // The interpreter runs the whole line, starting this program as a grandchild
 // ("&& exit" keeps sh from replacing itself with it); a second thread waits.
 TEST_F(ProcessRunnerTest, InterpreterWaitTimeoutAndTerminateOfWhatTheChildStarted) {
-  ProcessSpec spec = Child("sleep");
-  spec.interpreter = DefaultCommandInterpreter();
-  spec.command = "echo a && " + spec.command + " && exit 0";
-  std::unique_ptr<Process> process = Start(spec);
+  ProcessSpec launch = Child("sleep");
+  launch.interpreter = DefaultCommandInterpreter();
+  launch.command = "echo a && " + launch.command + " && exit 0";
+  std::unique_ptr<Process> process = Start(launch);
   ASSERT_NE(process, nullptr);
   EXPECT_EQ(process->Wait(0), kProcessStillRunning);
   const long grandchild = SleeperPid();
@@ -262,12 +262,12 @@ TEST(FakeProcessRunnerTest, LastMatchingRuleWinsAndItsOutputIsThereAtStart) {
   FakeProcessRunner runner(fs);
   runner.On("cc", {.stdout_text = "generic\n"});
   runner.On("cc -c main.c", {.stdout_text = "main.c(3): error\n", .exit_status = 1});
-  ProcessSpec spec;
-  spec.command = "cc -c main.c";
-  spec.stdout_path = Rooted("/p/out.txt");
+  ProcessSpec launch;
+  launch.command = "cc -c main.c";
+  launch.stdout_path = Rooted("/p/out.txt");
   std::unique_ptr<Process> process;
-  ASSERT_TRUE(runner.Start(spec, &process).ok());
-  EXPECT_EQ(fs.Contents(spec.stdout_path), "main.c(3): error\n");
+  ASSERT_TRUE(runner.Start(launch, &process).ok());
+  EXPECT_EQ(fs.Contents(launch.stdout_path), "main.c(3): error\n");
   EXPECT_EQ(process->Wait(-1), 1);
   EXPECT_EQ(runner.running(), 0);
 }
