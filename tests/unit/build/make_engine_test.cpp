@@ -252,6 +252,9 @@ TEST_F(MakeEngineTest, StopEndsTheRunningChildAndTheBuild) {
   engine->Start(project, *target, MakeModeMake, nullptr, 1);
   while (runner.running() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   EXPECT_EQ(engine->state(), MakeStateCompiling);
+  // A second build while one runs is not started.
+  engine->Start(project, *target, MakeModeBuildAll, nullptr, 1);
+  EXPECT_EQ(runner.started().size(), 1u);
   engine->Stop();
   engine->Join();
   const auto lines = BuildLines();
