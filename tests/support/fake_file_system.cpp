@@ -33,6 +33,20 @@ std::string ParentOf(const std::string& key) {
   return StripTrailingSeparator(DirOfFile(key));
 }
 
+using Strings = std::vector<std::string>;
+
+// A copy of `value` taken under `mutex`, and `change` run under it.
+template <typename T>
+T Copy(std::mutex& mutex, const T& value) {
+  std::lock_guard<std::mutex> lock(mutex);
+  return value;
+}
+template <typename F>
+void Under(std::mutex& mutex, F change) {
+  std::lock_guard<std::mutex> lock(mutex);
+  change();
+}
+
 class FakeMappedFile : public MappedFile {
  public:
   explicit FakeMappedFile(std::string contents) : contents_(std::move(contents)) {}
@@ -94,18 +108,10 @@ void FakeFileSystem::MakeParentsLocked(const std::string& key) {
 FileInfo FakeFileSystem::Stat(const std::string& path) {
   std::lock_guard<std::mutex> lock(mutex_);
   const std::string key = Key(path);
-  FileInfo info;
-  if (IsRoot(key)) {
-    info.time = 0;
-    info.is_directory = true;
-    return info;
-  }
+  if (IsRoot(key)) return FileInfo{0, 0, true};
   const auto it = nodes_.find(key);
-  if (it == nodes_.end()) return info;
-  info.time = it->second.time;
-  info.size = it->second.contents.size();
-  info.is_directory = it->second.is_directory;
-  return info;
+  if (it == nodes_.end()) return FileInfo();
+  return FileInfo{it->second.time, it->second.contents.size(), it->second.is_directory};
 }
 
 std::unique_ptr<MappedFile> FakeFileSystem::MapReadOnly(const std::string& path) {
@@ -137,9 +143,7 @@ Status FakeFileSystem::NewWritableFile(const std::string& path,
   if (key.empty() || !IsDirectoryLocked(ParentOf(key))) {
     return Failure("cannot create", path, "No such file or directory");
   }
-  Node& node = nodes_[key];
-  node.contents.clear();
-  node.time = now_;
+  nodes_[key] = Node{false, std::string(), now_};
   *file = std::make_unique<Writer>(this, key, path);
   return Status::OK();
 }
@@ -158,8 +162,8 @@ Status FakeFileSystem::AppendFromWriter(const std::string& key, const std::strin
 }
 
 Status FakeFileSystem::SyncFromWriter(const std::string& path) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return fail_syncs_ ? Failure("cannot sync", path, "injected failure") : Status::OK();
+  if (Copy(mutex_, fail_syncs_)) return Failure("cannot sync", path, "injected failure");
+  return Status::OK();
 }
 
 Status FakeFileSystem::RemoveFile(const std::string& path) {
@@ -175,9 +179,8 @@ Status FakeFileSystem::RenameFile(const std::string& from, const std::string& to
   std::lock_guard<std::mutex> lock(mutex_);
   const std::string what = from + "' to '" + to;
   if (fail_renames_) return Failure("cannot rename", what, "injected failure");
-  const std::string from_key = Key(from);
   const std::string to_key = Key(to);
-  const auto it = nodes_.find(from_key);
+  const auto it = nodes_.find(Key(from));
   if (it == nodes_.end()) return Failure("cannot rename", what, "No such file or directory");
   // Directories are not moved by the library; keep the fake simple.
   if (it->second.is_directory) return Failure("cannot rename", what, "Is a directory");
@@ -218,11 +221,7 @@ Status FakeFileSystem::MakeDirectories(const std::string& path) {
     if (nodes_.count(dir) != 0) return Failure("cannot create directory", dir, "File exists");
     missing.push_back(dir);
   }
-  for (const std::string& dir : missing) {
-    Node& node = nodes_[dir];
-    node.is_directory = true;
-    node.time = now_;
-  }
+  for (const std::string& dir : missing) nodes_[dir] = Node{true, std::string(), now_};
   return Status::OK();
 }
 
@@ -236,19 +235,13 @@ Status FakeFileSystem::SetFileTime(const std::string& path, FileTime time) {
   return Status::OK();
 }
 
-std::string FakeFileSystem::CurrentDirectory() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return current_directory_;
-}
+std::string FakeFileSystem::CurrentDirectory() { return Copy(mutex_, current_directory_); }
 
 void FakeFileSystem::Create(const std::string& path, const std::string& contents) {
   std::lock_guard<std::mutex> lock(mutex_);
   const std::string key = Key(path);
   MakeParentsLocked(key);
-  Node& node = nodes_[key];
-  node.is_directory = false;
-  node.contents = contents;
-  node.time = now_;
+  nodes_[key] = Node{false, contents, now_};
 }
 
 std::string FakeFileSystem::Contents(const std::string& path) const {
@@ -257,62 +250,23 @@ std::string FakeFileSystem::Contents(const std::string& path) const {
   return it == nodes_.end() ? std::string() : it->second.contents;
 }
 
-FileTime FakeFileSystem::Now() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return now_;
-}
-
-void FakeFileSystem::Tick() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  ++now_;
-}
-
+FileTime FakeFileSystem::Now() const { return Copy(mutex_, now_); }
+void FakeFileSystem::Tick() { Under(mutex_, [&] { ++now_; }); }
 void FakeFileSystem::set_current_directory(const std::string& directory) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  current_directory_ = NormalizePath(directory);
+  Under(mutex_, [&] { current_directory_ = NormalizePath(directory); });
 }
 
-std::vector<std::string> FakeFileSystem::files_read() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return files_read_;
-}
-
-std::vector<std::string> FakeFileSystem::files_mapped() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return files_mapped_;
-}
-
-std::vector<std::string> FakeFileSystem::files_written() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return files_written_;
-}
-
-std::vector<std::string> FakeFileSystem::files_removed() const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  return files_removed_;
-}
+Strings FakeFileSystem::files_read() const { return Copy(mutex_, files_read_); }
+Strings FakeFileSystem::files_mapped() const { return Copy(mutex_, files_mapped_); }
+Strings FakeFileSystem::files_written() const { return Copy(mutex_, files_written_); }
+Strings FakeFileSystem::files_removed() const { return Copy(mutex_, files_removed_); }
 
 void FakeFileSystem::ClearRecords() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  files_read_.clear();
-  files_mapped_.clear();
-  files_written_.clear();
-  files_removed_.clear();
+  Under(mutex_, [&] { files_read_ = files_mapped_ = files_written_ = files_removed_ = Strings(); });
 }
 
-void FakeFileSystem::FailNthWrite(int n) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  writes_until_failure_ = n;
-}
-
-void FakeFileSystem::set_fail_renames(bool fail) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  fail_renames_ = fail;
-}
-
-void FakeFileSystem::set_fail_syncs(bool fail) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  fail_syncs_ = fail;
-}
+void FakeFileSystem::FailNthWrite(int n) { Under(mutex_, [&] { writes_until_failure_ = n; }); }
+void FakeFileSystem::set_fail_renames(bool fail) { Under(mutex_, [&] { fail_renames_ = fail; }); }
+void FakeFileSystem::set_fail_syncs(bool fail) { Under(mutex_, [&] { fail_syncs_ = fail; }); }
 
 }  // namespace quillon

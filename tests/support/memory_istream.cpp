@@ -57,22 +57,16 @@ MemoryIStream::~MemoryIStream() { delete static_cast<StringStream*>(stream_); }
 
 #endif
 
-void MemoryIStream::Rewind() {
-  LARGE_INTEGER zero;
-  zero.QuadPart = 0;
-  stream_->Seek(zero, STREAM_SEEK_SET, nullptr);
-}
+void MemoryIStream::Rewind() { stream_->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr); }
 
 std::string MemoryIStream::Contents() {
   Rewind();
   std::string all;
   char buffer[4096];
-  ULONG read = 0;
-  do {
+  for (ULONG read = sizeof buffer; read == sizeof buffer; all.append(buffer, read)) {
     read = 0;
     stream_->Read(buffer, sizeof buffer, &read);
-    all.append(buffer, read);
-  } while (read == sizeof buffer);
+  }
   Rewind();
   return all;
 }
@@ -80,14 +74,11 @@ std::string MemoryIStream::Contents() {
 void MemoryIStream::Assign(const std::string& bytes) {
   Rewind();
 #ifdef _WIN32
-  ULARGE_INTEGER size;
-  size.QuadPart = 0;
-  stream_->SetSize(size);
+  stream_->SetSize(ULARGE_INTEGER{});
 #else
   static_cast<StringStream*>(stream_)->data.clear();
 #endif
-  ULONG written = 0;
-  stream_->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written);
+  stream_->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
   Rewind();
 }
 

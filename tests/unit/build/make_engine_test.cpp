@@ -1,26 +1,58 @@
 // The make driver on a fake file system and a fake process runner: what the
 // host sees (lines in order, states, the end callback, beeps) for each way a
-// build can go.
+// build can go. Then reading captured output and the translators' environment.
+// Last, real children on the real file system: the test program is its own
+// translator (QUILLON_TEST_TRANSLATOR in the environment the build gives it),
+// started through the command interpreter, and a translation that hangs is stopped.
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <mutex>
+#include <random>
 #include <thread>
 #include <tuple>
 
+#include "build/build_context.h"
+#include "build/captured_output.h"
 #include "build/make_engine.h"
 #include "build/message_table.h"
 #include "deps/dependency_scanner.h"
 #include "model/project_data.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
+#include "platform/process_runner.h"
 #include "support/fake_file_system.h"
 #include "support/fake_process_runner.h"
 #include "support/fake_ui_services.h"
 #include "support/native_path.h"
 
+#ifdef _WIN32
+#include <stdlib.h>
+#endif
+
 namespace quillon {
 namespace {
 
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using Record = std::tuple<int, int, std::string>;
+using Lines = std::vector<std::string>;
+
+Lines LinesOf(const std::vector<Record>& records, int channel) {
+  Lines lines;
+  for (const auto& [c, action, text] : records) {
+    if (c == channel && action == OutputAppendLine) lines.push_back(text);
+  }
+  return lines;
+}
+
+bool Has(const Lines& lines, const std::string& line) {
+  return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
 
 class RecordingSink : public OutputSink {
  public:
@@ -37,28 +69,12 @@ class RecordingSink : public OutputSink {
     records_.clear();
   }
   // The appended lines of one channel.
-  std::vector<std::string> Lines(int channel) const;
+  std::vector<std::string> Lines(int channel) const { return LinesOf(records(), channel); }
 
  private:
   mutable std::mutex mutex_;
   std::vector<Record> records_;
 };
-
-std::vector<std::string> LinesOf(const std::vector<Record>& records, int channel) {
-  std::vector<std::string> lines;
-  for (const auto& [c, action, text] : records) {
-    if (c == channel && action == OutputAppendLine) lines.push_back(text);
-  }
-  return lines;
-}
-
-bool Has(const std::vector<std::string>& lines, const std::string& line) {
-  return std::find(lines.begin(), lines.end(), line) != lines.end();
-}
-
-std::vector<std::string> RecordingSink::Lines(int channel) const {
-  return LinesOf(records(), channel);
-}
 
 class MakeEngineTest : public ::testing::Test {
  protected:
@@ -79,65 +95,45 @@ class MakeEngineTest : public ::testing::Test {
     options.SetString(kAssemblerRelPath, "as", 0);
     options.SetString(kLinkerRelPath, "ld", 0);
     options.SetString(kExecutableFileName, "fw.elf", 0);
-    options.SetInt(kRunCommandInterpreterCmp, 0, 0);
-    options.SetInt(kRunCommandInterpreterAsm, 0, 0);
-    options.SetInt(kRunCommandInterpreterLnk, 0, 0);
-    options.SetInt(kChangeWorkingDirectory, 0, 0);
+    for (int id : {kRunCommandInterpreterCmp, kRunCommandInterpreterAsm, kRunCommandInterpreterLnk,
+                   kChangeWorkingDirectory}) {
+      options.SetInt(id, 0, 0);
+    }
     target->target_options().SetString(kTargetDirectoryId, "out", 0);
     target->target_options().SetString(kLinkerOptionsId, "-o $(OUTPUTPATH)", 0);
     project.target_set().filter_name = "GCC";
     fs.Tick();
     for (const char* stem : {"main", "util", "start"}) Produces(stem);
-    runner.On("ld ", Script({{Out("fw.elf"), "image"}}));
-    MakeEngine();
+    runner.On("ld ", {.files = {{Out("fw.elf"), "image"}}});
+    messages.SetOutputSink(&sink);
+    auto host = [this](int code, void* record) {
+      if (code != HostBuildResult) return;
+      auto* result = static_cast<BuildResultRecord*>(record);
+      results.emplace_back(result->makeState, result->mode);
+    };
+    engine = std::make_unique<CMakeEngine>(BuildServices{
+        .fs = &fs, .runner = &runner, .ui = &ui, .sink = &sink, .messages = &messages,
+        .scanner = &scanner, .scan_observer = nullptr, .host = host,
+        .environment_variable = [this](const std::string& name) {
+          return name == "COMSPEC" ? comspec : std::string(); },
+        .sleep = [this](int) { fs.Tick(); },
+        .temp_directory = Rooted("/tmp"), .host_directory = Rooted("/ide/")});
   }
 
   static std::string Out(const std::string& name) { return Rooted("/p/out/") + name; }
 
-  static FakeProcessRunner::Script Script(std::map<std::string, std::string> files,
-                                          std::string stderr_text = "") {
-    FakeProcessRunner::Script script;
-    script.files = std::move(files);
-    script.stderr_text = std::move(stderr_text);
-    return script;
-  }
-
   // The translator run for `stem` writes its object.
   void Produces(const std::string& stem, const std::string& stderr_text = "") {
-    runner.On(Rooted("/p/") + stem + ".", Script({{Out(stem + ".OBJ"), "obj"}}, stderr_text));
+    runner.On(Rooted("/p/") + stem + ".",
+              {.stderr_text = stderr_text, .files = {{Out(stem + ".OBJ"), "obj"}}});
   }
 
-  void MakeEngine() {
-    BuildServices services;
-    services.fs = &fs;
-    services.runner = &runner;
-    services.ui = &ui;
-    services.sink = &sink;
-    services.messages = &messages;
-    services.scanner = &scanner;
-    services.host = [this](int code, void* record) {
-      if (code == HostBuildResult) {
-        auto* result = static_cast<BuildResultRecord*>(record);
-        results.emplace_back(result->makeState, result->mode);
-      }
-    };
-    services.environment_variable = [this](const std::string& name) {
-      return name == "COMSPEC" ? comspec : std::string();
-    };
-    services.sleep = [this](int) { fs.Tick(); };
-    services.temp_directory = Rooted("/tmp");
-    services.host_directory = Rooted("/ide/");
-    messages.SetOutputSink(&sink);
-    engine = std::make_unique<CMakeEngine>(std::move(services));
-  }
-
-  void Build(int mode = MakeModeMake, int jobs = 1,
-             const std::vector<std::string>* files = nullptr) {
+  void Build(int mode = MakeModeMake, int jobs = 1, const Lines* files = nullptr) {
     engine->Start(project, *target, mode, files, jobs);
     engine->Join();
   }
 
-  std::vector<std::string> BuildLines() const { return sink.Lines(OutputBuildMessages); }
+  Lines BuildLines() const { return sink.Lines(OutputBuildMessages); }
 
   FakeFileSystem fs;
   FakeProcessRunner runner;
@@ -156,10 +152,9 @@ class MakeEngineTest : public ::testing::Test {
 TEST_F(MakeEngineTest, MakeCompilesAssemblesAndLinksThenFindsTheTargetUpToDate) {
   Build();
   const std::string caption = "\"fw.elf (Dir:" + Rooted("/p/out/") + ")\"";
-  EXPECT_EQ(BuildLines(), (std::vector<std::string>{
-                              "Compiling ...", "main.c", "start.asm", "util.c", "Linking",
-                              caption + "  ... was successfully generated.",
-                              "0 Error(s)  0 Warning(s)"}));
+  EXPECT_EQ(BuildLines(),
+            (Lines{"Compiling ...", "main.c", "start.asm", "util.c", "Linking",
+                   caption + "  ... was successfully generated.", "0 Error(s)  0 Warning(s)"}));
   EXPECT_EQ(engine->state(), MakeStateIdle);
   EXPECT_EQ(results, (std::vector<std::pair<int, int>>{{MakeStateIdle, MakeModeMake}}));
   ASSERT_EQ(ui.beeps().size(), 1u);
@@ -180,15 +175,14 @@ TEST_F(MakeEngineTest, MakeCompilesAssemblesAndLinksThenFindsTheTargetUpToDate) 
   fs.Tick();
   sink.Clear();
   Build();
-  EXPECT_EQ(BuildLines(), (std::vector<std::string>{caption + "  ... is up to date.",
-                                                    "0 Error(s)  0 Warning(s)"}));
+  EXPECT_EQ(BuildLines(), (Lines{caption + "  ... is up to date.", "0 Error(s)  0 Warning(s)"}));
   EXPECT_EQ(runner.command_lines().size(), 4u);
   EXPECT_EQ(engine->state(), MakeStateIdle);
 }
 
 TEST_F(MakeEngineTest, DiagnosticsBecomeErrorListLinesAndAMissingObjectPreventsTheLink) {
   runner.On(Rooted("/p/main."),
-            Script({}, "main.c:3: error: 'y' undeclared\nmain.c:4: warning: unused x\n"));
+            {.stderr_text = "main.c:3: error: 'y' undeclared\nmain.c:4: warning: unused x\n"});
   Build();
   const auto lines = BuildLines();
   EXPECT_TRUE(Has(lines, Rooted("/p/main.c") + " (3,1) : Error : 'y' undeclared"));
@@ -207,7 +201,7 @@ TEST_F(MakeEngineTest, AnErrorFileIsDeletedBeforeTheRunAndShownAfterIt) {
   project.target_set().filter_name = "Cosmic (err)";
   fs.Create(Rooted("/p/util.err"), "stale\n");
   runner.On(Rooted("/p/main."),
-            Script({{Out("main.OBJ"), "o"}, {Rooted("/p/main.err"), "E1 main.c 3\n"}}));
+            {.files = {{Out("main.OBJ"), "o"}, {Rooted("/p/main.err"), "E1 main.c 3\n"}}});
   Build(MakeModeBuildAll);
   const auto translator = sink.Lines(OutputTranslatorOutput);
   auto block = std::find(translator.begin(), translator.end(),
@@ -219,7 +213,8 @@ TEST_F(MakeEngineTest, AnErrorFileIsDeletedBeforeTheRunAndShownAfterIt) {
 
 TEST_F(MakeEngineTest, NoFilterMeansNoSummaryAndATargetWithoutFilesStartsNothing) {
   project.target_set().filter_name = kNoFilter;
-  runner.On(Rooted("/p/main."), Script({{Out("main.OBJ"), "o"}}, "main.c:3: error: y\n"));
+  runner.On(Rooted("/p/main."),
+            {.stderr_text = "main.c:3: error: y\n", .files = {{Out("main.OBJ"), "o"}}});
   Build();
   EXPECT_EQ(BuildLines().back(), "\"fw.elf (Dir:" + Rooted("/p/out/") + ")\"  ... was successfully generated.");
 
@@ -232,9 +227,7 @@ TEST_F(MakeEngineTest, NoFilterMeansNoSummaryAndATargetWithoutFilesStartsNothing
 }
 
 TEST_F(MakeEngineTest, ATranslatorThatCannotStartCountsAnErrorAndFailsTheBuild) {
-  FakeProcessRunner::Script missing;
-  missing.start_error = Status::NotFound("No such file or directory");
-  runner.On("cc ", missing);
+  runner.On("cc ", {.start_error = Status::NotFound("No such file or directory")});
   Build(MakeModeBuildAll);
   const auto lines = BuildLines();
   EXPECT_TRUE(Has(lines, "No such file or directory"));
@@ -246,9 +239,7 @@ TEST_F(MakeEngineTest, ATranslatorThatCannotStartCountsAnErrorAndFailsTheBuild) 
 }
 
 TEST_F(MakeEngineTest, StopEndsTheRunningChildAndTheBuild) {
-  FakeProcessRunner::Script hangs;
-  hangs.runs_until_terminated = true;
-  runner.On(Rooted("/p/main."), hangs);
+  runner.On(Rooted("/p/main."), {.runs_until_terminated = true});
   engine->Start(project, *target, MakeModeMake, nullptr, 1);
   while (runner.running() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   EXPECT_EQ(engine->state(), MakeStateCompiling);
@@ -290,9 +281,7 @@ TEST_F(MakeEngineTest, HooksRunAroundTheStepsAndParametersAreShownWhenAsked) {
   options.SetString(kRunBeforeMake, "pre.sh", 0);
   options.SetString(kRunBeforeMakeParam, "$(OUTPUTFILE)", 0);
   options.SetInt(kDisplayParameters, 1, 0);
-  FakeProcessRunner::Script missing;
-  missing.start_error = Status::NotFound("not there");
-  runner.On("after", missing);
+  runner.On("after", {.start_error = Status::NotFound("not there")});
   options.SetString(kRunAfterLinker, "after", 0);
   Build();
   const auto lines = BuildLines();
@@ -318,28 +307,27 @@ TEST_F(MakeEngineTest, LinkOnlyNamesTheInputsThatAreMissing) {
 
 TEST_F(MakeEngineTest, CompileModeTranslatesTheNamedFilesAndAssemblesWhatACompileMade) {
   target->FindFile("main.c")->options().SetInt(kRunAssemblerId, 1, Own);
-  runner.On("as " + Out("main.ASM"), Script({{Out("main.OBJ"), "from the assembler"}}));
-  std::vector<std::string> files{"util.c", "nothere.c", "main.c"};
+  runner.On("as " + Out("main.ASM"), {.files = {{Out("main.OBJ"), "from the assembler"}}});
+  Lines files{"util.c", "nothere.c", "main.c"};
   Build(MakeModeCompile, 1, &files);
-  EXPECT_EQ(BuildLines(), (std::vector<std::string>{"Compiling ...", "util.c", "main.c", "main.c",
-                                                    "Process terminated successfully.",
-                                                    "0 Error(s)  0 Warning(s)"}));
+  EXPECT_EQ(BuildLines(), (Lines{"Compiling ...", "util.c", "main.c", "main.c",
+                                 "Process terminated successfully.", "0 Error(s)  0 Warning(s)"}));
   EXPECT_EQ(runner.command_lines().back(), "as " + Out("main.ASM"));
 }
 
 TEST_F(MakeEngineTest, RunsGoThroughTheInterpreterAndIntoTheirDirectories) {
-  project.global_options().SetInt(kRunCommandInterpreterCmp, 1, 0);
-  project.global_options().SetInt(kChangeWorkingDirectory, 1, 0);
+  CGlobalOptions& options = project.global_options();
+  options.SetInt(kRunCommandInterpreterCmp, 1, 0);
+  options.SetInt(kChangeWorkingDirectory, 1, 0);
   comspec = "C:\\cmd.exe";
-  std::vector<std::string> files{"main.c"};
+  Lines files{"main.c"};
   Build(MakeModeCompile, 1, &files);
   ASSERT_FALSE(runner.started().empty());
-  const ProcessSpec launch = runner.started().back();
   EXPECT_EQ(runner.command_lines().back().rfind("C:\\cmd.exe /c cc ", 0), 0u);
-  EXPECT_EQ(launch.working_directory, Rooted("/p/"));
+  EXPECT_EQ(runner.started().back().working_directory, Rooted("/p/"));
 
-  project.global_options().SetString(kRootDir, "nowhere", 0);
-  project.global_options().SetInt(kChangeWorkingDirectory, 0, 0);
+  options.SetString(kRootDir, "nowhere", 0);
+  options.SetInt(kChangeWorkingDirectory, 0, 0);
   Build(MakeModeCompile, 1, &files);
   EXPECT_TRUE(Has(BuildLines(), "Invalid working directory"));
 }
@@ -347,7 +335,7 @@ TEST_F(MakeEngineTest, RunsGoThroughTheInterpreterAndIntoTheirDirectories) {
 TEST_F(MakeEngineTest, TheCompilePassStopsAtTheErrorLimit) {
   std::string many;
   for (int i = 0; i < 200; ++i) many += "main.c:1: error: e\n";
-  runner.On(Rooted("/p/main."), Script({{Out("main.OBJ"), "o"}}, many));
+  runner.On(Rooted("/p/main."), {.stderr_text = many, .files = {{Out("main.OBJ"), "o"}}});
   Build(MakeModeBuildAll);
   EXPECT_FALSE(Has(BuildLines(), "util.c"));
   EXPECT_TRUE(Has(BuildLines(), "200 Error(s)  0 Warning(s)"));
@@ -358,15 +346,154 @@ TEST_F(MakeEngineTest, ExternalMakeReplacesTheBuiltInSteps) {
   options.SetInt(kExternalMake, 1, 0);
   options.SetString(kExternalMakeFile, "make", 0);
   options.SetString(kExternalMakeFileParameters, "-C fw", 0);
-  FakeProcessRunner::Script make = Script({{Out("fw.elf"), "image"}});
-  make.stdout_text = "cc -c main.c\nld\n";
-  runner.On("make -C fw", make);
+  runner.On("make -C fw",
+            {.stdout_text = "cc -c main.c\nld\n", .files = {{Out("fw.elf"), "image"}}});
   Build();
   const auto lines = BuildLines();
-  EXPECT_EQ(lines[0], "Running external make file (" + Rooted("/p/make") + ")");
-  EXPECT_EQ(lines[1], "cc -c main.c");
-  EXPECT_EQ(lines[2], "ld");
+  const std::string running = "Running external make file (" + Rooted("/p/make") + ")";
+  EXPECT_EQ(Lines(lines.begin(), lines.begin() + 3), (Lines{running, "cc -c main.c", "ld"}));
   EXPECT_EQ(engine->state(), MakeStateIdle);
+}
+
+Lines CapturedLines(std::string_view contents) {
+  Lines lines;
+  ForEachCapturedLine(contents, [&](std::string_view line) { lines.emplace_back(line); });
+  return lines;
+}
+
+TEST(CapturedOutputTest, LinesEndAtLineFeedsAndTheLastIsAlwaysShown) {
+  EXPECT_EQ(CapturedLines("a\r\nb\n"), (Lines{"a", "b", ""}));
+  EXPECT_EQ(CapturedLines("a\nb"), (Lines{"a", "b"}));
+  EXPECT_EQ(CapturedLines(""), (Lines{""}));
+  EXPECT_EQ(CapturedLines("x\ry\n"), (Lines{"x\ry", ""}));
+  // 1999 bytes and a line feed fit a 2000-byte piece; a 2000-byte line does
+  // not, and ends the block unless it is all that is left.
+  EXPECT_EQ(CapturedLines(std::string(1999, 'a') + "\nz"), (Lines{std::string(1999, 'a'), "z"}));
+  EXPECT_EQ(CapturedLines("ok\n" + std::string(2000, 'a') + "\nz"), (Lines{"ok", kNotATextFile}));
+  EXPECT_EQ(CapturedLines(std::string(2000, 'a')), (Lines{std::string(2000, 'a')}));
+  EXPECT_EQ(CapturedLines(std::string(4000, '\0')), (Lines{kNotATextFile}));
+}
+
+// A file that cannot be read is shown by the error-file test above.
+TEST(CapturedOutputTest, LiveLinesAreShownOnceComplete) {
+  FakeFileSystem fs;
+  Lines printed;
+  auto print = [&](const std::string& line) { printed.push_back(line); };
+  const std::string out = Rooted("/make.out");
+  LiveLineReader live(fs, out);
+  live.Poll(print);
+  fs.Create(out, "one\ntw");
+  live.Poll(print);
+  fs.Create(out, "one\ntwo\r\nthree\n");
+  live.Poll(print);
+  live.Poll(print);
+  EXPECT_EQ(printed, (Lines{"one", "two", "three"}));
+}
+
+TEST(EnvironmentPairsTest, KeepsWellFormedPairsUpToFifty) {
+  EXPECT_EQ(EnvironmentPairs({" PATH=/bin ", "=x", "EMPTY=", "A=b=c", "noequals"}),
+            (std::vector<std::pair<std::string, std::string>>{{"PATH", "/bin"}, {"A", "b=c"}}));
+  EXPECT_EQ(EnvironmentPairs(Lines(60, "X=1")).size(), 50u);
+}
+
+Lines OwnArguments() {
+  Lines args;
+#ifdef _WIN32
+  for (int i = 1; i < __argc; ++i) args.emplace_back(__argv[i]);
+#else
+  std::ifstream in("/proc/self/cmdline", std::ios::binary);
+  std::string arg;
+  while (std::getline(in, arg, '\0')) args.push_back(arg);
+  if (!args.empty()) args.erase(args.begin());
+#endif
+  return args;
+}
+
+// As a translator: "SOURCE OBJECT" compiles (a warning, then the object;
+// a source named hang.c first says so in a file, then never ends), "link
+// OUTPUT" links. Runs before main, so gtest never starts in the child.
+bool RunAsTranslatorIfAsked() {
+  if (std::getenv("QUILLON_TEST_TRANSLATOR") == nullptr) return false;
+  Lines args = OwnArguments();
+  if (args.size() == 2 && args[0] == "link") {
+    std::ofstream(args[1]) << "image";
+  } else if (args.size() == 2) {
+    if (fs::path(args[0]).filename() == "hang.c") {
+      std::ofstream(args[1] + ".started") << "running";
+      std::this_thread::sleep_for(120s);
+    }
+    std::fprintf(stderr, "%s:1: warning: from the test translator\n", args[0].c_str());
+    std::ofstream(args[1]) << "object";
+  }
+  std::exit(0);
+}
+
+const bool kTranslatorRan = RunAsTranslatorIfAsked();
+
+TEST(MakeEngineProcessTest, BuildsWithRealChildrenAndStopsOneThatHangs) {
+  ASSERT_FALSE(kTranslatorRan);
+  const fs::path dir =
+      fs::temp_directory_path() / ("quillon-make-" + std::to_string(std::random_device()()));
+  fs::create_directories(dir);
+  for (const char* name : {"a.c", "b.c", "hang.c"}) std::ofstream(dir / name) << "int x;\n";
+
+  FileSystem& files = FileSystem::Default();
+  CDependencyScanner scanner(files);
+  FakeUiServices ui;
+  RecordingSink sink;
+  CMessageTable messages;
+  messages.SetOutputSink(&sink);
+  CMakeEngine engine(BuildServices{
+      .fs = &files, .runner = &ProcessRunner::Default(), .ui = &ui, .sink = &sink,
+      .messages = &messages, .scanner = &scanner, .scan_observer = nullptr, .host = {},
+      .environment_variable = [](const std::string& name) { return GetEnvironmentVariable(name); },
+      .sleep = [](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); },
+      .temp_directory = dir.string(), .host_directory = ""});
+
+  std::unique_ptr<CProjectData> project = CreateProject(0);
+  project->Initialise(0);
+  project->set_project_file((dir / "p.qpj").string());
+  CProjectTarget* target = project->AddTarget("T", "");
+  project->SetDefaultTarget(target);
+  project->AddLinkGroup("src");
+  for (const char* name : {"a.c", "b.c"}) project->AddFile(name, "src");
+  CGlobalOptions& options = project->global_options();
+  for (int id : {kCompilerRelPath, kLinkerRelPath}) options.SetString(id, GetEXEPath(), 0);
+  options.SetStringList(kEnvironmentSettingsList, {"QUILLON_TEST_TRANSLATOR=1"});
+  target->target_options().SetString(kTargetDirectoryId, "out", 0);
+  target->target_options().SetString(kLinkerOptionsId, "link $(OUTPUTPATH)", 0);
+  project->target_set().filter_name = "GCC";
+  auto set_compiler_options = [&] {
+    for (CProjectFile* file : target->files) {
+      file->options().SetString(kCompilerOptionsId, "$(EDNAME) $(OUTPUTDIR)$(NOEXT).OBJ", Own);
+    }
+  };
+  set_compiler_options();
+
+  engine.Start(*project, *target, MakeModeMake, nullptr, 2);
+  engine.Join();
+  Lines lines = sink.Lines(OutputBuildMessages);
+  EXPECT_EQ(engine.state(), MakeStateIdle) << ::testing::PrintToString(lines);
+  EXPECT_EQ(lines.back(), "0 Error(s)  2 Warning(s)");
+  EXPECT_TRUE(fs::exists(dir / "out" / "p"));
+
+  project->AddFile("hang.c", "src");
+  set_compiler_options();
+  engine.Start(*project, *target, MakeModeBuildAll, nullptr, 1);
+  const fs::path started = dir / "out" / "hang.OBJ.started";
+  for (int i = 0; i < 3000 && !fs::exists(started); ++i) std::this_thread::sleep_for(10ms);
+  ASSERT_TRUE(fs::exists(started)) << ::testing::PrintToString(sink.Lines(OutputBuildMessages));
+  EXPECT_EQ(engine.state(), MakeStateCompiling);
+  engine.Stop();
+  engine.Join();
+  lines = sink.Lines(OutputBuildMessages);
+  EXPECT_EQ(lines.back(), "Process terminated.");
+  EXPECT_TRUE(Has(lines, "Process terminated at user request."));
+  EXPECT_EQ(engine.state(), MakeStateFailed);
+  EXPECT_FALSE(fs::exists(dir / "out" / "hang.OBJ"));
+
+  std::error_code ignored;
+  fs::remove_all(dir, ignored);
 }
 
 }  // namespace

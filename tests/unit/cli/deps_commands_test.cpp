@@ -8,6 +8,7 @@
 namespace quillon::qpm {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 namespace fs = std::filesystem;
 
@@ -15,8 +16,7 @@ class DepsTest : public QpmTest {
  protected:
   void SetUp() override {
     QpmTest::SetUp();
-    fs::create_directories(dir_ / "src");
-    fs::create_directories(dir_ / "inc");
+    for (const char* sub : {"src", "inc"}) fs::create_directories(dir_ / sub);
     Write(dir_ / "src" / "a.c", "#include \"a.h\"\n#include <missing.h>\n");
     Write(dir_ / "src" / "b.c", "#include \"a.h\"\n");
     Write(dir_ / "inc" / "a.h", "#include \"b.h\"\n");
@@ -42,9 +42,9 @@ TEST_F(DepsTest, ListsWhatEachSourceIncludes) {
   EXPECT_EQ(Ok({"deps", "p.qpj", "--make"}),
             "src/a.o: src/a.c \\\n  inc/a.h \\\n  inc/b.h\n"
             "src/b.o: src/b.c \\\n  inc/a.h \\\n  inc/b.h\n");
-  const std::string dot = Ok({"deps", "p.qpj", "--dot"});
-  EXPECT_THAT(dot, HasSubstr("  \"src/a.c\" -> \"inc/a.h\";\n"));
-  EXPECT_THAT(dot, HasSubstr("  \"inc/a.h\" -> \"inc/b.h\";\n"));
+  EXPECT_THAT(Ok({"deps", "p.qpj", "--dot"}),
+              AllOf(HasSubstr("  \"src/a.c\" -> \"inc/a.h\";\n"),
+                    HasSubstr("  \"inc/a.h\" -> \"inc/b.h\";\n")));
   EXPECT_EQ(Run({"deps", "p.qpj", "--make", "--dot"}).code, 1);
 
   // Paths are shown from the current directory; excluded files not at all.
@@ -87,9 +87,8 @@ TEST_F(DepsTest, TheCacheIsMadeUsedAndReplacedWhenItDoesNotFit) {
   EXPECT_EQ(fs::last_write_time(Cache()), rewritten);
 
   // Another project's cache is not this one's, even over the same files.
-  for (const char* part : {".qpj", ".qpj.user", ".qpj.deps"}) {
-    fs::copy_file(dir_ / ("p" + std::string(part)), dir_ / ("q" + std::string(part)));
-  }
+  for (const std::string part : {".qpj", ".qpj.user", ".qpj.deps"})
+    fs::copy_file(dir_ / ("p" + part), dir_ / ("q" + part));
   EXPECT_EQ(Ok({"deps", "q.qpj", "--transitive"}), expected);
   EXPECT_NE(Bytes(dir_ / "q.qpj.deps"), Bytes(Cache()));
 
@@ -106,8 +105,7 @@ TEST_F(DepsTest, ACacheThatCannotBeWrittenIsOnlyWarnedAbout) {
   QpmResult result = Run({"deps", "p.qpj"});
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out, "src/a.c:\n  inc/a.h\nsrc/b.c:\n  inc/a.h\n");
-  EXPECT_THAT(result.err, HasSubstr("qpm: warning: "));
-  EXPECT_THAT(result.err, HasSubstr("p.qpj.deps"));
+  EXPECT_THAT(result.err, AllOf(HasSubstr("qpm: warning: "), HasSubstr("p.qpj.deps")));
 }
 
 }  // namespace

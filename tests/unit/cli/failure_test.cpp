@@ -22,8 +22,7 @@ class FailureTest : public QpmTest {
     EXPECT_EQ(Bytes(dir_ / "p.qpj"), shared_) << what;
     EXPECT_EQ(Bytes(dir_ / "p.qpj.user"), user_) << what;
   }
-  std::string shared_;
-  std::string user_;
+  std::string shared_, user_;
 };
 
 // Everything the exports would ignore silently is refused with a message
@@ -74,8 +73,7 @@ TEST_F(FailureTest, RefusedCommandsSayWhyAndWriteNothing) {
   for (const Case& c : cases) {
     QpmResult result = Run(c.args);
     EXPECT_EQ(result.code, 1) << c.message;
-    EXPECT_THAT(result.err, ::testing::StartsWith("qpm: "));
-    EXPECT_THAT(result.err, HasSubstr(c.message));
+    EXPECT_THAT(result.err, ::testing::AllOf(::testing::StartsWith("qpm: "), HasSubstr(c.message)));
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
     ExpectUnchanged(c.message);
   }
@@ -151,18 +149,12 @@ TEST_F(FailureTest, UnchangedPartsAreNotRewritten) {
 
 TEST_F(FailureTest, UsageErrorsAnswerTwoAndTouchNothing) {
   const std::vector<std::vector<std::string>> usage = {
-      {},
-      {"frobnicate"},
-      {"target"},
-      {"target", "add", "p.qpj"},
-      {"show"},
-      {"show", "p.qpj", "extra"},
-      {"show", "p.qpj", "--colour"},
+      {}, {"frobnicate"}, {"target"}, {"target", "add", "p.qpj"}, {"show"},
+      {"show", "p.qpj", "extra"}, {"show", "p.qpj", "--colour"},
       {"option", "set", "p.qpj", "CompilerOptions", "-O2"},
       {"option", "set", "p.qpj", "RunAssembler", "1", "--mode", "always"},
       {"option", "get", "p.qpj", "RunAssembler", "--mode", "own"},
-      {"group", "move", "p.qpj", "Startup"},
-  };
+      {"group", "move", "p.qpj", "Startup"}};
   for (const auto& args : usage) {
     QpmResult result = Run(args);
     EXPECT_EQ(result.code, 2) << (args.empty() ? "(none)" : args[0]) << result.err;

@@ -25,11 +25,8 @@ void QpmTest::TearDown() {
 
 QpmResult QpmTest::Run(const std::vector<std::string>& args) {
   std::ostringstream out, err;
-  QpmResult result;
-  result.code = RunQpm(args, out, err);
-  result.out = out.str();
-  result.err = err.str();
-  return result;
+  const int code = RunQpm(args, out, err);
+  return {code, out.str(), err.str()};
 }
 
 std::string QpmTest::Ok(const std::vector<std::string>& args) {
@@ -53,9 +50,8 @@ void QpmTest::MakeProject() {
 }
 
 std::string QpmTest::Bytes(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
   std::ostringstream bytes;
-  bytes << in.rdbuf();
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
   return bytes.str();
 }
 
@@ -63,31 +59,24 @@ void QpmTest::Write(const std::filesystem::path& path, const std::string& bytes)
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-std::vector<std::string> TargetNames(const nlohmann::ordered_json& show) {
-  std::vector<std::string> names;
-  for (const auto& target : show["targets"]) names.push_back(target["name"]);
+using Json = nlohmann::ordered_json;
+using Strings = std::vector<std::string>;
+
+// The `field` of each item of the list `list`.
+static Strings Pluck(const Json& json, const char* list, const char* field) {
+  Strings names;
+  for (const auto& item : json[list]) names.push_back(item[field]);
   return names;
 }
+Strings TargetNames(const Json& show) { return Pluck(show, "targets", "name"); }
+Strings GroupNames(const Json& target) { return Pluck(target, "groups", "name"); }
+Strings FileNames(const Json& group) { return Pluck(group, "files", "path"); }
 
-std::vector<std::string> GroupNames(const nlohmann::ordered_json& target) {
-  std::vector<std::string> names;
-  for (const auto& group : target["groups"]) names.push_back(group["name"]);
-  return names;
-}
-
-std::vector<std::string> FileNames(const nlohmann::ordered_json& group) {
-  std::vector<std::string> names;
-  for (const auto& file : group["files"]) names.push_back(file["path"]);
-  return names;
-}
-
-const nlohmann::ordered_json& TargetNamed(const nlohmann::ordered_json& show,
-                                          const std::string& name) {
-  for (const auto& target : show["targets"]) {
+const Json& TargetNamed(const Json& show, const std::string& name) {
+  for (const auto& target : show["targets"])
     if (target["name"] == name) return target;
-  }
   ADD_FAILURE() << "no target " << name;
-  static const nlohmann::ordered_json* none = new nlohmann::ordered_json();
+  static const Json* none = new Json();
   return *none;
 }
 

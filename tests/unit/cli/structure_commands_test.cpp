@@ -1,7 +1,5 @@
-// qpm new, target, group and file commands, checked through `qpm show`.
-// That every target gets each structure edit is the model's to test; here
-// each command must reach the library with the right names. The text form
-// of `qpm show` is pinned by the example project's test.
+// qpm new, target, group and file commands reach the library with the right
+// names, checked through `qpm show --json` (its text form: the example's test).
 #include <gmock/gmock.h>
 
 #include "qpm_fixture.h"
@@ -15,15 +13,11 @@ using ::testing::HasSubstr;
 TEST_F(QpmTest, NewMakesBothPartsAndReplacesOnlyWhenForced) {
   Ok({"new", "q.qpj", "--no-source-group"});
   EXPECT_TRUE(Show("q.qpj")["targets"][0]["groups"].empty());
-  MakeProject();
-  EXPECT_TRUE(std::filesystem::exists(dir_ / "p.qpj.user"));
-  EXPECT_EQ(Show()["default_target"], "p - Debug");
-
+  MakeProject();  // both parts, and the default target, are pinned by the example project
   std::string before = Bytes(dir_ / "p.qpj");
   QpmResult refused = Run({"new", "p.qpj"});
-  EXPECT_EQ(refused.code, 1);
+  EXPECT_TRUE(refused.code == 1 && Bytes(dir_ / "p.qpj") == before);
   EXPECT_THAT(refused.err, HasSubstr("already exists"));
-  EXPECT_EQ(Bytes(dir_ / "p.qpj"), before);
   Ok({"new", "p.qpj", "--force"});
   EXPECT_EQ(Show()["targets"][0]["groups"].dump(), R"([{"name":"Source files","files":[]}])");
 }
@@ -35,7 +29,6 @@ TEST_F(QpmTest, TargetsAreAddedCopiedRenamedAndDeleted) {
   Ok({"target", "add", "p.qpj", "Copy", "--copy-from", "p - Debug"});
   auto show = Show();
   EXPECT_THAT(TargetNames(show), ElementsAre("p - Debug", "Plain", "Copy"));
-  EXPECT_THAT(FileNames(TargetNamed(show, "Plain")["groups"][0]), ElementsAre("a.c", "b.c"));
   EXPECT_TRUE(TargetNamed(show, "Plain")["options"].empty());
   EXPECT_EQ(TargetNamed(show, "Copy")["options"]["TargetDirectory"]["value"], "out/debug");
 
@@ -73,10 +66,9 @@ TEST_F(QpmTest, ThePerUserPartIsReadAfterTheSharedOne) {
 TEST_F(QpmTest, GroupsAreAddedMovedAndDeleted) {
   MakeProject();
   Ok({"group", "add", "p.qpj", "Libraries"});
-  Ok({"group", "move", "p.qpj", "Startup", "up"});
-  Ok({"group", "move", "p.qpj", "Source files", "down"});
+  Ok({"group", "move", "p.qpj", "Source files", "down"});  // "up" is the example project's
   EXPECT_THAT(GroupNames(Show()["targets"][0]),
-              ElementsAre("Startup", "Libraries", "Source files"));
+              ElementsAre("Startup", "Source files", "Libraries"));
 
   Ok({"group", "delete", "p.qpj", "Source files"});
   EXPECT_THAT(GroupNames(Show()["targets"][0]), ElementsAre("Startup", "Libraries"));

@@ -1,5 +1,4 @@
-// The rebuild decision on a fake file system whose clock moves only when
-// told: which files must be translated, whether to link, and the reasons.
+// The rebuild decision: which files must be translated, whether to link, why.
 #include "deps/up_to_date.h"
 
 #include <gtest/gtest.h>
@@ -30,12 +29,11 @@ struct Built {
     project.AddLinkGroup("g");
     for (const char* file : {"main.c", "util.c", "start.asm"}) project.AddFile(file, "g");
     project.global_options().include_paths().push_back({"inc", false});
-    fs.Create(In("main.c"), "#include \"a.h\"\nint main;\n");
-    fs.Create(In("util.c"), "#include <c.h>\n");
-    fs.Create(In("start.asm"), "nop\n");
-    fs.Create(In("inc/a.h"), "#include \"b.h\"\n");
-    fs.Create(In("inc/b.h"), "#include \"c.h\"\n");
-    fs.Create(In("inc/c.h"), "// leaf\n");
+    for (auto [name, text] : {std::pair{"main.c", "#include \"a.h\"\nint main;\n"},
+                              {"util.c", "#include <c.h>\n"}, {"start.asm", "nop\n"},
+                              {"inc/a.h", "#include \"b.h\"\n"}, {"inc/b.h", "#include \"c.h\"\n"},
+                              {"inc/c.h", "// leaf\n"}})
+      fs.Create(In(name), text);
     fs.Tick();
     for (const char* object : {"main.OBJ", "util.OBJ", "start.OBJ"}) fs.Create(In(object), "o");
     fs.Tick();

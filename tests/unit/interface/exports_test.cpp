@@ -1,6 +1,5 @@
-// The exports driven in-process: answers to bad arguments and without a
-// project, texts for the user, transfers of stores that hold no project. The
-// host test drives the scenarios through the built library.
+// The exports in-process: bad arguments, no project, texts for the user,
+// stores that hold no project. tests/host drives the scenarios.
 #include <gtest/gtest.h>
 
 #include "interface/library_state.h"
@@ -18,19 +17,15 @@ namespace {
 struct Told {
   std::vector<int> codes;
   int outputs = 0;
-};
-Told& Heard() {
-  static Told told;
-  return told;
-}
+} heard;
 
 int QUILLON_CALL RecordChange(intptr_t, intptr_t, int code) {
-  Heard().codes.push_back(code);
+  heard.codes.push_back(code);
   return 0;
 }
 
 int QUILLON_CALL RecordHost(int code, void*) {
-  if (code == HostOutput) ++Heard().outputs;
+  if (code == HostOutput) ++heard.outputs;
   return 0;
 }
 
@@ -40,7 +35,7 @@ class ExportsTest : public ::testing::Test {
     State().ui = &ui;
     _Set_IRF_FileName(Native("/proj/demo.irf").c_str());
     ASSERT_EQ(_InitProjectData(RecordChange, RecordHost), 1);
-    Heard() = Told();
+    heard = Told();
   }
   void TearDown() override {
     _DoneProjectData();
@@ -52,7 +47,7 @@ class ExportsTest : public ::testing::Test {
     _CreateDefaultProject(0, 1);
     _AddTarget("Release");
     for (const char* file : {"a.c", "b.c", "start.asm"}) _AddProjectFile(file, "Source files");
-    Heard().codes.clear();
+    heard.codes.clear();
   }
 
   FakeUiServices ui;
@@ -67,7 +62,7 @@ TEST_F(ExportsTest, NullArgumentsAreAnsweredLikeAMissingProject) {
   _AddProjectFile(nullptr, "Source files");
   _Set_IRF_FileName(nullptr);
   _GetDefaultTargetName(nullptr);
-  EXPECT_TRUE(Heard().codes.empty());
+  EXPECT_TRUE(heard.codes.empty());
 }
 
 TEST_F(ExportsTest, FilesMaskListsEachNonEmptyCategory) {
@@ -96,10 +91,10 @@ TEST_F(ExportsTest, FilesMaskListsEachNonEmptyCategory) {
 TEST_F(ExportsTest, MakeWithoutDefaultTargetOnlyTellsTheUser) {
   _CreateDefaultProject(0, 1);
   _DeleteTarget("demo - Debug");
-  Heard().outputs = 0;
+  heard.outputs = 0;
   _Make(MakeModeMake, nullptr);
   EXPECT_EQ(ui.message_texts(), (std::vector<std::string>{"Target is not defined !"}));
-  EXPECT_EQ(Heard().outputs, 0);
+  EXPECT_EQ(heard.outputs, 0);
 }
 
 // A store whose key holds one int; the bytes as a stream to transfer from.
@@ -119,12 +114,12 @@ TEST_F(ExportsTest, TransfersThatCannotLoadAProject) {
   _Transfer(stream.get(), 0, 1);
   EXPECT_EQ(State().project.get(), before);
   // Garbage changes nothing.
-  Heard().codes.clear();
+  heard.codes.clear();
   stream.Assign("not a store at all");
   EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);
   std::string name;
   EXPECT_EQ(_GetProjectFileName(&name, 0), 3);
-  EXPECT_TRUE(Heard().codes.empty());
+  EXPECT_TRUE(heard.codes.empty());
   // An unknown compiler type leaves no project.
   Assign(&stream, "Project", "CompilerType", 3);
   EXPECT_EQ(_Transfer(stream.get(), 0, 0), 1);

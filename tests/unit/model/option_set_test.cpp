@@ -88,13 +88,11 @@ std::unique_ptr<CSettingsRegistry> StoreWith(void (*fill)(CSettingsRegistry&)) {
 // An empty store: the six switches reset, and no directory made up.
 TEST(GlobalOptionsTest, SharedLoadWithoutLegacyKeysResetsTheSixSwitches) {
   CGlobalOptions global;
-  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id) {
+  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id)
     global.SetInt(id, 0, 0);
-  }
   global.Load(*StoreWith([](CSettingsRegistry&) {}), TransferPass::kShared);
-  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id) {
+  for (int id = kCaptureTranslatorsOutputCmp; id <= kRunCommandInterpreterLnk; ++id)
     EXPECT_EQ(global.GetInt(id, 0), 1) << CGlobalOptions::IntKey(id);
-  }
   EXPECT_EQ(global.GetString(kCompilerDirectory, 0), "");
   auto legacy = StoreWith([](CSettingsRegistry& s) { s.WriteInt("RunCommandInterpreter", 0); });
   global.Load(*legacy, TransferPass::kShared);

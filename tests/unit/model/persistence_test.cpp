@@ -1,6 +1,5 @@
 // A saved project loads back equal, and a sparse store still loads. Key
-// names and what each part holds are pinned by the example project, whose
-// committed bytes the qpm example test compares.
+// names are pinned by the example project's committed bytes.
 #include <gtest/gtest.h>
 
 #include "model/project_data.h"
@@ -25,12 +24,9 @@ void LoadBytes(CProjectData& project, const std::string& bytes, TransferPass pas
 
 class PersistenceTest : public ::testing::Test {
  protected:
-  PersistenceTest() { project.Initialise(0); }
-
-  static std::unique_ptr<CProjectData> Fresh() {
-    std::unique_ptr<CProjectData> fresh = CProjectData::Create();
-    fresh->Initialise(0);
-    return fresh;
+  PersistenceTest() {
+    project.Initialise(0);
+    loaded->Initialise(0);
   }
 
   // Two targets, groups, files with own options, odd names.
@@ -65,6 +61,7 @@ class PersistenceTest : public ::testing::Test {
 
   std::unique_ptr<CProjectData> owner = CProjectData::Create();
   CProjectData& project = *owner;
+  std::unique_ptr<CProjectData> loaded = CProjectData::Create();  // what the bytes load into
 };
 
 TEST_F(PersistenceTest, RichProjectLoadsBackEqualInBothParts) {
@@ -72,7 +69,6 @@ TEST_F(PersistenceTest, RichProjectLoadsBackEqualInBothParts) {
   std::string shared = SaveBytes(project, TransferPass::kShared);
   std::string local = SaveBytes(project, TransferPass::kLocal);
 
-  std::unique_ptr<CProjectData> loaded = Fresh();
   LoadBytes(*loaded, shared, TransferPass::kShared);
   LoadBytes(*loaded, local, TransferPass::kLocal);
 
@@ -95,7 +91,6 @@ TEST_F(PersistenceTest, RichProjectLoadsBackEqualInBothParts) {
 }
 
 TEST_F(PersistenceTest, ProjectWithoutTargetsLoadsBackWithoutThem) {
-  std::unique_ptr<CProjectData> loaded = Fresh();
   loaded->AddTarget("Stale", "");
   LoadBytes(*loaded, SaveBytes(project, TransferPass::kShared), TransferPass::kShared);
   EXPECT_TRUE(loaded->target_set().targets.empty());
@@ -110,7 +105,6 @@ TEST_F(PersistenceTest, MissingProjectOptionsStillReadsTheTargets) {
   writer.OpenKeyFromRoot("Project[0]", true);
   writer.WriteString("DefaultTargetName", "Only");
   writer.WriteString("FilterName", "IAR-ARM");
-  std::unique_ptr<CProjectData> loaded = Fresh();
   LoadBytes(*loaded, writer.Serialize(), TransferPass::kShared);
   ASSERT_NE(loaded->default_target(), nullptr);
   EXPECT_EQ(loaded->default_target()->name, "Only");

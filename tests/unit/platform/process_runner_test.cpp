@@ -1,6 +1,6 @@
 // The process runner on real processes. The test program runs itself as the
 // child, which does what QUILLON_TEST_CHILD in its environment says, so no
-// compiler is needed. Then SplitCommandLine's rules and the fake.
+// compiler is needed. Then SplitCommandLine's rules.
 #include "platform/process_runner.h"
 
 #include <gtest/gtest.h>
@@ -19,9 +19,7 @@
 #include <vector>
 
 #include "platform/environment.h"
-#include "support/fake_file_system.h"
-#include "support/fake_process_runner.h"
-#include "support/native_path.h"
+#include "platform/path.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -136,13 +134,9 @@ class ProcessRunnerTest : public ::testing::Test {
   // This program doing `mode` in the test's directory, its streams captured
   // in out.txt and err.txt.
   ProcessSpec Child(const std::string& mode) const {
-    ProcessSpec launch;
-    launch.command = "\"" + GetEXEPath() + "\"";
-    launch.working_directory = dir_.string();
-    launch.environment = {{kChildVariable, mode}};
-    launch.stdout_path = At("out.txt");
-    launch.stderr_path = At("err.txt");
-    return launch;
+    return {.command = "\"" + GetEXEPath() + "\"", .interpreter = "",
+            .working_directory = dir_.string(), .environment = {{kChildVariable, mode}},
+            .stdout_path = At("out.txt"), .stderr_path = At("err.txt")};
   }
   std::unique_ptr<Process> Start(const ProcessSpec& launch) {
     std::unique_ptr<Process> process;
@@ -191,15 +185,16 @@ TEST_F(ProcessRunnerTest, ChildGetsTheVariablesBothStreamsAreCapturedAndExit42Is
 
 TEST_F(ProcessRunnerTest, FailedStartIsAStatusWithTheSystemsText) {
   std::unique_ptr<Process> process;
-  ProcessSpec launch;
-  launch.command = "quillon-no-such-program-4711 -c x.c";
-  const Status status = runner_.Start(launch, &process);
+  auto start = [&](const std::string& line) {
+    ProcessSpec launch;
+    launch.command = line;
+    return runner_.Start(launch, &process);
+  };
+  const Status status = start("quillon-no-such-program-4711 -c x.c");
   EXPECT_EQ(status.kind(), Status::Kind::kNotFound);
   EXPECT_EQ(status.message(), OsText(kNoFileError));
-  launch.command = "\"" + At("no such dir/tool") + "\" x";
-  EXPECT_EQ(runner_.Start(launch, &process).kind(), Status::Kind::kNotFound);
-  launch.command = "  ";
-  EXPECT_FALSE(runner_.Start(launch, &process).ok());
+  EXPECT_EQ(start("\"" + At("no such dir/tool") + "\" x").kind(), Status::Kind::kNotFound);
+  EXPECT_FALSE(start("  ").ok());
 }
 
 // The interpreter runs the whole line, starting this program as a grandchild
@@ -255,21 +250,6 @@ TEST(SplitCommandLineTest, FollowsTheWindowsRuntimeRules) {
       {R"("a""b" c)", {R"(a"b)", "c"}},              // "" inside quotes: a quote, still quoted
   };
   for (const auto& [line, args] : cases) EXPECT_EQ(SplitCommandLine(line), args) << line;
-}
-
-TEST(FakeProcessRunnerTest, LastMatchingRuleWinsAndItsOutputIsThereAtStart) {
-  FakeFileSystem fs;
-  FakeProcessRunner runner(fs);
-  runner.On("cc", {.stdout_text = "generic\n"});
-  runner.On("cc -c main.c", {.stdout_text = "main.c(3): error\n", .exit_status = 1});
-  ProcessSpec launch;
-  launch.command = "cc -c main.c";
-  launch.stdout_path = Rooted("/p/out.txt");
-  std::unique_ptr<Process> process;
-  ASSERT_TRUE(runner.Start(launch, &process).ok());
-  EXPECT_EQ(fs.Contents(launch.stdout_path), "main.c(3): error\n");
-  EXPECT_EQ(process->Wait(-1), 1);
-  EXPECT_EQ(runner.running(), 0);
 }
 
 }  // namespace
