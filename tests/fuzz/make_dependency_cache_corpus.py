@@ -5,20 +5,7 @@ format (see src/deps/dependency_cache_file.h for the layout)."""
 import os
 import struct
 
-HEADER = b"ZYVEKSLO\x00\x01"
-KEY, INT, STRING, LIST, WORDS = 1, 12, 14, 15, 18
-
-
-def text(s):
-    return struct.pack("<H", len(s)) + s
-
-
-def key(name, count):
-    return bytes([KEY]) + struct.pack("<H", count) + text(name)
-
-
-def value(kind, name, payload):
-    return bytes([kind]) + text(name) + payload
+from store_bytes import HEADER, KEY, INT, STRING, LIST, WORDS, text, key, value
 
 
 def words(items):

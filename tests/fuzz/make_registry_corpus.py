@@ -5,20 +5,7 @@ writer, so the seeds also reach shapes the writer never emits."""
 import os
 import struct
 
-HEADER = b"ZYVEKSLO\x00\x01"
-KEY, INT, INT64, STRING, LIST, BUFFER, WORDS = 1, 12, 13, 14, 15, 16, 18
-
-
-def text(s):
-    return struct.pack("<H", len(s)) + s
-
-
-def key(name, count):
-    return bytes([KEY]) + struct.pack("<H", count) + text(name)
-
-
-def value(kind, name, payload):
-    return bytes([kind]) + text(name) + payload
+from store_bytes import HEADER, KEY, INT, INT64, STRING, LIST, BUFFER, WORDS, text, key, value
 
 
 def every_type():
