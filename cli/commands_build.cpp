@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "cli/command_groups.h"
+#include "cli/diagnostics_report.h"
 #include "cli/project_io.h"
 #include "interface/host_api.h"
 #include "interface/host_build.h"
@@ -25,6 +26,7 @@ struct BuildArgs {
   std::vector<std::string> sources;
   int jobs = 0;
   bool quiet = false;
+  std::string diagnostics;  // where the error list goes, "" for nowhere
 };
 
 // Set by Ctrl-C (or a termination request); the main thread then stops the
@@ -132,6 +134,7 @@ Status Build(Cli& cli, const BuildArgs& args, int mode) {
   stop_signal = 0;
   auto previous_int = std::signal(SIGINT, OnStopSignal);
   auto previous_term = std::signal(SIGTERM, OnStopSignal);
+  if (!args.diagnostics.empty()) host::RecordDiagnostics();
   _Make(mode, mode == MakeModeCompile ? &args.sources : nullptr);
   WaitForBuild();
   std::signal(SIGINT, previous_int);
@@ -145,6 +148,11 @@ Status Build(Cli& cli, const BuildArgs& args, int mode) {
   if (!args.target.empty() && !default_target.empty()) _SetTarget(default_target.c_str());
   Status saved = project.Save();
   if (!saved.ok()) return saved;
+  if (!args.diagnostics.empty()) {
+    Status written = WriteDiagnostics(args.diagnostics, host::Diagnostics(),
+                                      DirOfFile(ExpandToFullPath(args.file)));
+    if (!written.ok()) return written;
+  }
   if (state != MakeStateIdle) return Status::IoError("the build failed");
   return Status::OK();
 }
@@ -174,23 +182,6 @@ struct FilterArgs {
   bool json = false;
 };
 
-const char* KindName(int kind) {
-  switch (kind) {
-    case 0: return "compiler";
-    case 1: return "assembler";
-    case 2: return "linker";
-    default: return "scanner";
-  }
-}
-
-const char* SeverityName(int severity) {
-  switch (severity) {
-    case 0: return "error";
-    case 1: return "warning";
-    default: return "fatal";
-  }
-}
-
 Status RunFilter(Cli& cli, const FilterArgs& args) {
   const int translator = args.translator == "assembler" ? TranslatorAssembler
                          : args.translator == "linker"  ? TranslatorLinker
@@ -200,11 +191,7 @@ Status RunFilter(Cli& cli, const FilterArgs& args) {
   if (!status.ok()) return status;
   for (const host::FilterEntry& entry : entries) {
     if (args.json) {
-      nlohmann::json object = {{"kind", KindName(entry.kind)},   {"file", entry.file},
-                               {"line", entry.line},             {"column", entry.column},
-                               {"severity", SeverityName(entry.severity)},
-                               {"text", entry.text},             {"code", entry.code}};
-      cli.out() << object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+      cli.out() << Dump(EntryJson(entry), -1) << '\n';
     } else {
       cli.out() << entry.file << ':' << entry.line << ':' << entry.column << ": "
                 << SeverityName(entry.severity) << ": " << entry.text;
@@ -229,6 +216,12 @@ void AddBuildCommand(Cli& cli, const char* name, const char* help, int mode) {
                       "compiles at once (default: the number of cores)")
       ->check(CLI::PositiveNumber);
   command->add_flag("-q,--quiet", args->quiet, "build messages only, no translator output");
+  command
+      ->add_option("--diagnostics", args->diagnostics,
+                   "write the error list to FILE.sarif (SARIF 2.1.0) or FILE.json")
+      ->check([](const std::string& path) {
+        return IsDiagnosticsName(path) ? "" : "the file must end in .sarif or .json";
+      });
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ QUILLON_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # What a native build with its tests needs (qpm uses CLI11 and nlohmann/json;
 # the release preset builds the benchmarks).
 QUILLON_NATIVE_PACKAGES=(cmake ninja-build g++ googletest libgtest-dev libgmock-dev
-  libbenchmark-dev libcli11-dev nlohmann-json3-dev python3)
+  libbenchmark-dev libcli11-dev nlohmann-json3-dev python3 python3-jsonschema)
 # The example's Cortex-M target.
 QUILLON_FIRMWARE_PACKAGES=(gcc-arm-none-eabi libnewlib-arm-none-eabi binutils-arm-none-eabi)
 # Sanitizers and fuzzing with clang, the Windows cross builds and Wine.

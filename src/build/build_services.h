@@ -13,6 +13,7 @@ namespace quillon {
 class CDependencyScanner;
 class CMessageTable;
 class FileSystem;
+class MessageListSink;
 class ProcessRunner;
 class ScanObserver;
 class UiServices;
@@ -33,6 +34,8 @@ struct BuildServices {
   OutputSink* sink = nullptr;
   CMessageTable* messages = nullptr;
   CDependencyScanner* scanner = nullptr;
+  // Also gets every entry the filters add to the error list; may be null.
+  MessageListSink* diagnostics = nullptr;
   // Progress of the dependency update of a make; may be null.
   ScanObserver* scan_observer = nullptr;
   // The host callback's other codes: 0 with a BuildResultRecord when a build

@@ -346,7 +346,7 @@ bool CMakeEngine::TranslateFile(TranslationJob& job, bool* translated) {
 
 void CMakeEngine::FilterOutput(TranslatorKind kind, const CProjectFile* file,
                                const std::string& input) {
-  MessageTableSink sink(*services_.messages);
+  MessageTableSink sink(*services_.messages, services_.diagnostics);
   COutputFilter filter(context_->filter_name, *services_.fs, sink, *services_.messages);
   const std::string full =
       file != nullptr ? context_->project.FullNameOfFile(file->file_name()) : std::string();

@@ -85,20 +85,21 @@ void CMessageTable::ReportMessage(int number, const char* arg1, bool to_build_ch
        FormatNumbered(number, arg1, arg2, arg3));
 }
 
+std::string CMessageTable::ShownFile(int kind, std::string_view file) const {
+  file = TrimBlanks(file);
+  if (kind == kLinkerKind ||
+      (!file.empty() && ComparePaths(NameAndExtOfFile(file), NameAndExtOfFile(current_file_)))) {
+    return std::string(file);
+  }
+  return current_file_;
+}
+
 std::string CMessageTable::FormatErrorListLine(int kind, std::string_view file, int number_a,
                                                int number_b, int severity, std::string_view text,
                                                std::string_view code) {
-  file = TrimBlanks(file);
   text = TrimBlanks(text);
   code = TrimBlanks(code);
-
-  std::string shown;
-  if (kind == kLinkerKind ||
-      (!file.empty() && ComparePaths(NameAndExtOfFile(file), NameAndExtOfFile(current_file_)))) {
-    shown = file;
-  } else {
-    shown = current_file_;
-  }
+  const std::string shown = ShownFile(kind, file);
 
   std::string word = (severity >= 0 && severity <= 2) ? kSeverityWords[severity] : "";
   if (!code.empty()) {

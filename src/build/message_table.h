@@ -43,6 +43,11 @@ class CMessageTable {
   std::string FormatErrorListLine(int kind, std::string_view file, int number_a, int number_b,
                                   int severity, std::string_view text, std::string_view code);
 
+  // The file an error-list line names: the tool's own name for a link, or
+  // when it names another file than the one translated; else the project
+  // file being translated.
+  std::string ShownFile(int kind, std::string_view file) const;
+
   void SetCurrentFile(std::string file) { current_file_ = std::move(file); }
   const std::string& current_file() const { return current_file_; }
 

@@ -32,6 +32,17 @@ bool ReadNumberAndColon(std::string_view* text, int* number) {
   return true;
 }
 
+// Whether RemoveMultipleBackslashes would change `path`: a separator that
+// is not the native one, or two in a row. Most names need nothing.
+bool NeedsSeparatorCleanup(std::string_view path) {
+  for (size_t i = 0; i < path.size(); ++i) {
+    if (!IsPathSeparator(path[i])) continue;
+    if (path[i] != kPathSeparator) return true;
+    if (i + 1 < path.size() && IsPathSeparator(path[i + 1])) return true;
+  }
+  return false;
+}
+
 enum class Tool { kNone, kLinker, kDriver };
 
 // The program named in a "PROGRAM: " prefix: ld in its many names ("ld",
@@ -149,6 +160,8 @@ class CGccParser : public COutputParser {
  private:
   void ParseTranslator(int kind);
   void ParseLinkerLine(std::string_view text);
+
+  std::string file_buffer_;
 };
 
 // "file:line: text", where a warning or error word opens the text. The
@@ -162,7 +175,11 @@ void CGccParser::ParseTranslator(int kind) {
     SetPosition(colon);
     const int number = NumberBetween(":", ":");
     if (number == -1) continue;
-    const std::string file = RemoveMultipleBackslashes(line().substr(0, colon));
+    std::string_view file = line().substr(0, colon);
+    if (NeedsSeparatorCleanup(file)) {
+      file_buffer_ = RemoveMultipleBackslashes(file);
+      file = file_buffer_;
+    }
     SkipWhiteSpace();
     std::string_view text = RestOfLine();
     int severity = CMessageTable::kError;

@@ -41,16 +41,19 @@ class MessageListSink {
 };
 
 // The build's sink: each entry becomes an error-list line of the message
-// table, which counts it and sends it to the host.
+// table, which counts it and sends it to the host. An observer, when given,
+// gets each entry too, naming the file its line names.
 class MessageTableSink : public MessageListSink {
  public:
-  explicit MessageTableSink(CMessageTable& table) : table_(table) {}
+  explicit MessageTableSink(CMessageTable& table, MessageListSink* observer = nullptr)
+      : table_(table), observer_(observer) {}
 
   void SetCurrentFile(const std::string& file) override { table_.SetCurrentFile(file); }
   void AddMessage(const MessageEntry& entry) override;
 
  private:
   CMessageTable& table_;
+  MessageListSink* observer_;
 };
 
 // Keeps every entry, in order.

@@ -170,14 +170,20 @@ void COutputParser::AddMessage(int kind, std::string_view file, int line, int co
   ++messages_added_;
   if (sink_ == nullptr) return;
   file = TrimBlanks(file);
-  MessageEntry entry;
+  // One entry reused: its strings keep their capacity, so a long log of
+  // diagnostics costs no allocation per entry.
+  MessageEntry& entry = entry_;
   entry.kind = kind;
-  entry.file = file.empty() ? project_file_ : std::string(file);
+  if (file.empty()) {
+    entry.file = project_file_;
+  } else {
+    entry.file.assign(file);
+  }
   entry.line = line;
   entry.column = column;
   entry.severity = severity;
-  entry.text = TrimBlanks(text);
-  entry.code = TrimBlanks(code);
+  entry.text.assign(TrimBlanks(text));
+  entry.code.assign(TrimBlanks(code));
   sink_->AddMessage(entry);
 }
 

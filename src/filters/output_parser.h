@@ -123,6 +123,7 @@ class COutputParser {
   size_t end_mark_ = 0;
   bool failed_ = false;
   int messages_added_ = 0;
+  MessageEntry entry_;
 };
 
 // ASCII-only helpers for the parsers.

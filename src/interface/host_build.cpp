@@ -11,6 +11,19 @@
 #include "platform/path.h"
 
 namespace quillon::host {
+namespace {
+
+std::vector<FilterEntry> ToFilterEntries(const std::vector<MessageEntry>& from) {
+  std::vector<FilterEntry> entries;
+  entries.reserve(from.size());
+  for (const MessageEntry& entry : from) {
+    entries.push_back({entry.kind, entry.file, entry.line, entry.column, entry.severity,
+                       entry.text, entry.code});
+  }
+  return entries;
+}
+
+}  // namespace
 
 bool BuildRunning() { return State().Engine().running(); }
 
@@ -44,6 +57,13 @@ std::vector<CompileCommand> CompileCommands() {
   return commands;
 }
 
+void RecordDiagnostics() { State().diagnostics.Start(); }
+
+std::vector<FilterEntry> Diagnostics() {
+  WaitForBuild();
+  return ToFilterEntries(State().diagnostics.entries);
+}
+
 Status RunFilter(const std::string& filter_name, int translator, const std::string& source_file,
                  const std::string& captured, std::vector<FilterEntry>* entries) {
   if (FindFilter(filter_name) == nullptr) {
@@ -62,10 +82,7 @@ Status RunFilter(const std::string& filter_name, int translator, const std::stri
     case TranslatorAssembler: filter.FilterAssemblerOutput(source, captured); break;
     default: filter.FilterLinkerOutput(captured); break;
   }
-  for (const MessageEntry& entry : sink.entries) {
-    entries->push_back({entry.kind, entry.file, entry.line, entry.column, entry.severity,
-                        entry.text, entry.code});
-  }
+  *entries = ToFilterEntries(sink.entries);
   return Status::OK();
 }
 

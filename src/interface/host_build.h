@@ -37,6 +37,12 @@ struct FilterEntry {
   std::string code;
 };
 
+// From now on the filters' entries of every build are kept, naming the
+// file their error-list line names; Diagnostics answers them once no build
+// runs.
+void RecordDiagnostics();
+std::vector<FilterEntry> Diagnostics();
+
 // Runs the parser of filter `filter_name` for `translator` (TranslatorKind)
 // over the captured file, as a build would after that translator ran for
 // `source_file` ("" for the linker). Fails when the file cannot be read or

@@ -59,6 +59,7 @@ CMakeEngine& LibraryState::Engine() {
   services.messages = &MessageTable();
   services.scanner = &Scanner();
   services.scan_observer = &observer;
+  services.diagnostics = &diagnostics;
   services.host = [this](int code, void* record) {
     if (host != nullptr) host(code, record);
   };

@@ -10,6 +10,7 @@
 
 #include "build/make_engine.h"
 #include "deps/dependency_scanner.h"
+#include "filters/message_list.h"
 #include "model/project_data.h"
 #include "model/registry/settings_registry.h"
 #include "platform/file_system.h"
@@ -55,6 +56,22 @@ class LibraryState {
   void EndBuild();
   // Swaps the process runner (tests); the driver is made again.
   void SetProcessRunner(ProcessRunner* process_runner);
+
+  // The error-list entries of builds, kept only while a host asks for them
+  // (qpm --diagnostics); the IDE reads its error list from the output lines.
+  class DiagnosticsRecorder : public MessageListSink {
+   public:
+    void Start() {
+      entries.clear();
+      recording = true;
+    }
+    void AddMessage(const MessageEntry& entry) override {
+      if (recording) entries.push_back(entry);
+    }
+    bool recording = false;
+    std::vector<MessageEntry> entries;  // read when no build runs
+  };
+  DiagnosticsRecorder diagnostics;
 
   // Makes `replacement` the current project, tied to the IRF file.
   void InstallProject(std::unique_ptr<CProjectData> replacement);
