@@ -42,13 +42,8 @@ class ViewBuilder {
 
 }  // namespace
 
-CSettingsSheet::CSettingsSheet(const CProjectData& project, UiServices& ui)
-    : copy_(project.Clone()), ui_(ui) {
-  copy_->CopyFrom(project);
-}
-
 bool CSettingsSheet::Applies(const OptionInfo& info, const CProjectFile& file) const {
-  return FileOptionAppliesTo(info, copy_->ClassifyFile(file.file_name()));
+  return FileOptionAppliesTo(info, copy_.ClassifyFile(file.file_name()));
 }
 
 std::vector<CSettingsSheet::FileInScope> CSettingsSheet::SelectedFiles() const {
@@ -67,13 +62,13 @@ std::vector<CSettingsSheet::FileInScope> CSettingsSheet::SelectedFiles() const {
 FieldView CSettingsSheet::View(const OptionInfo& info) const {
   ViewBuilder view;
   if (!IsTargetLevel(info) && !IsFileLevel(info)) {
-    view.Add(info, {copy_.get(), nullptr, nullptr});
+    view.Add(info, {&copy_, nullptr, nullptr});
     return view.Done();
   }
-  for (CProjectTarget* target : selection_.targets) view.Add(info, {copy_.get(), target, nullptr});
+  for (CProjectTarget* target : selection_.targets) view.Add(info, {&copy_, target, nullptr});
   if (IsFileLevel(info)) {
     for (const FileInScope& in : SelectedFiles()) {
-      if (Applies(info, *in.file)) view.Add(info, {copy_.get(), in.target, in.file});
+      if (Applies(info, *in.file)) view.Add(info, {&copy_, in.target, in.file});
     }
   }
   return view.Done();
@@ -85,7 +80,7 @@ bool CSettingsSheet::Edit(const OptionInfo& info, const std::vector<std::string>
     *error = std::string(info.key) + " cannot be set for this selection";
     return false;
   }
-  CProjectData& project = *copy_;
+  CProjectData& project = copy_;
   if (!IsTargetLevel(info) && !IsFileLevel(info)) {
     return SetOption(info, {&project, nullptr, nullptr}, values, Own, error);
   }
@@ -125,7 +120,7 @@ bool CSettingsSheet::SetTargetsToDefault(const SettingsField& field) {
       MessageBoxAnswer::kYes) {
     return false;
   }
-  ResetTargetsToDefault(*copy_, selection_.targets, info);
+  ResetTargetsToDefault(copy_, selection_.targets, info);
   return true;
 }
 
@@ -143,13 +138,13 @@ bool CSettingsSheet::SetFilesToTargetValue(const SettingsField& field) {
       MessageBoxAnswer::kYes) {
     return false;
   }
-  ResetFilesToTarget(*copy_, selection_.targets, files, info);
+  ResetFilesToTarget(copy_, selection_.targets, files, info);
   return true;
 }
 
 bool CSettingsSheet::CanLeavePage(SettingsPage page) {
   if (page != SettingsPage::kIncludes) return true;
-  const IncludeKeywordSettings& keyword = copy_->global_options().include_keyword();
+  const IncludeKeywordSettings& keyword = copy_.global_options().include_keyword();
   if (keyword.valid && keyword.keyword.empty()) {
     ui_.ShowMessage(kIncludeKeywordMessage, MessageBoxKind::kOk);
     return false;
@@ -157,16 +152,15 @@ bool CSettingsSheet::CanLeavePage(SettingsPage page) {
   return true;
 }
 
-std::unique_ptr<CProjectData> CSettingsSheet::Confirm(const CProjectData& original,
-                                                      bool* kinds_changed) {
+bool CSettingsSheet::Confirm(const CProjectData& original, bool* kinds_changed) {
   for (int page = 0; page < kSettingsPageCount; ++page) {
-    if (!CanLeavePage(static_cast<SettingsPage>(page))) return nullptr;
+    if (!CanLeavePage(static_cast<SettingsPage>(page))) return false;
   }
   const CGlobalOptions& before = original.global_options();
-  const CGlobalOptions& after = copy_->global_options();
+  const CGlobalOptions& after = copy_.global_options();
   *kinds_changed = before.GetString(kCInpExtensions, 0) != after.GetString(kCInpExtensions, 0) ||
                    before.GetString(kAInpExtensions, 0) != after.GetString(kAInpExtensions, 0);
-  return std::move(copy_);
+  return true;
 }
 
 bool CSettingsSheet::HasOwnValues(CProjectData& project, CProjectFile& file) {

@@ -5,7 +5,6 @@
 #ifndef QUILLON_UI_SETTINGS_SETTINGS_SHEET_H
 #define QUILLON_UI_SETTINGS_SETTINGS_SHEET_H
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,10 +34,11 @@ inline constexpr const char* kIncludeKeywordMessage = "Please specify the includ
 
 class CSettingsSheet {
  public:
-  // Works on a copy of `project`; the original is not touched.
-  CSettingsSheet(const CProjectData& project, UiServices& ui);
+  // Edits `working_copy`, a copy of the open project that the caller
+  // installs on OK and drops on Cancel.
+  CSettingsSheet(CProjectData& working_copy, UiServices& ui) : copy_(working_copy), ui_(ui) {}
 
-  CProjectData& working_copy() { return *copy_; }
+  CProjectData& working_copy() { return copy_; }
 
   void Select(SettingsSelection selection) { selection_ = std::move(selection); }
   const SettingsSelection& selection() const { return selection_; }
@@ -66,10 +66,10 @@ class CSettingsSheet {
   // Whether `page` may be left; shows why not.
   bool CanLeavePage(SettingsPage page);
 
-  // OK: every page must be leavable; then answers the working copy and
-  // whether the files' kinds may have changed (the source extensions
-  // differ from `original`'s). Null when the sheet stays open.
-  std::unique_ptr<CProjectData> Confirm(const CProjectData& original, bool* kinds_changed);
+  // OK: false, and the sheet stays open, unless every page may be left.
+  // Then tells whether the files' kinds may have changed: the compiler or
+  // assembler source extensions differ from `original`'s.
+  bool Confirm(const CProjectData& original, bool* kinds_changed);
 
   // Whether a file holds an own value of any file option (the tree marks it).
   static bool HasOwnValues(CProjectData& project, CProjectFile& file);
@@ -83,7 +83,7 @@ class CSettingsSheet {
   std::vector<FileInScope> SelectedFiles() const;
   bool Applies(const OptionInfo& info, const CProjectFile& file) const;
 
-  std::unique_ptr<CProjectData> copy_;
+  CProjectData& copy_;
   UiServices& ui_;
   SettingsSelection selection_;
 };

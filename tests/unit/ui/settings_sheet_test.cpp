@@ -34,6 +34,13 @@ class SettingsSheetTest : public ::testing::Test {
     return GetOption(*FindOption(key), scope);
   }
   const SettingsField& F(const char* key) { return *FindField(key); }
+  // A working copy, as the dialog's caller makes it.
+  std::unique_ptr<CProjectData> Copy() {
+    std::unique_ptr<CProjectData> copy = project_->Clone();
+    copy->Initialise(0);
+    copy->CopyFrom(*project_);
+    return copy;
+  }
 
   std::unique_ptr<CProjectData> project_;
   FakeUiServices ui_;
@@ -65,8 +72,9 @@ TEST_F(SettingsSheetTest, EveryOptionIsOnOnePageAndWrittenAtItsLevel) {
 
   for (const SettingsField& field : SettingsFields()) {
     SCOPED_TRACE(field.key);
-    CSettingsSheet sheet(*project_, ui_);
-    CProjectData& copy = sheet.working_copy();
+    std::unique_ptr<CProjectData> owner = Copy();
+    CProjectData& copy = *owner;
+    CSettingsSheet sheet(copy, ui_);
     const OptionInfo& info = field.option();
     // Targets for target options, a compiler source for file options.
     OptionScope scope{&copy, nullptr, nullptr};
@@ -90,10 +98,7 @@ TEST_F(SettingsSheetTest, EveryOptionIsOnOnePageAndWrittenAtItsLevel) {
       ASSERT_TRUE(sheet.Edit(F("DF_Keyword"), {"INCLUDE"}, &error)) << error;
     }
     bool kinds_changed = false;
-    std::unique_ptr<CProjectData> result = sheet.Confirm(*project_, &kinds_changed);
-    ASSERT_NE(result, nullptr);
-    // The sheet edited its copy: the scope's objects are the result's.
-    EXPECT_EQ(result.get(), &copy);
+    ASSERT_TRUE(sheet.Confirm(*project_, &kinds_changed));
     EXPECT_EQ(GetOption(info, scope), value);
     if (info.own_key) {
       EXPECT_TRUE(GetOwnFlag(info, scope));
@@ -106,8 +111,9 @@ TEST_F(SettingsSheetTest, EveryOptionIsOnOnePageAndWrittenAtItsLevel) {
 }
 
 TEST_F(SettingsSheetTest, ASelectionShowsWhatItHoldsInCommon) {
-  CSettingsSheet sheet(*project_, ui_);
-  CProjectData& copy = sheet.working_copy();
+  std::unique_ptr<CProjectData> owner = Copy();
+  CProjectData& copy = *owner;
+  CSettingsSheet sheet(copy, ui_);
   std::string error;
   // Nothing selected: global options only.
   EXPECT_TRUE(sheet.View(F("CInpExtensions")).enabled);
@@ -151,8 +157,9 @@ TEST_F(SettingsSheetTest, ASelectionShowsWhatItHoldsInCommon) {
 }
 
 TEST_F(SettingsSheetTest, FallbacksAskFirstAndKeepToThePagesKind) {
-  CSettingsSheet sheet(*project_, ui_);
-  CProjectData& copy = sheet.working_copy();
+  std::unique_ptr<CProjectData> owner = Copy();
+  CProjectData& copy = *owner;
+  CSettingsSheet sheet(copy, ui_);
   CProjectTarget* debug = Target("Debug", copy);
   std::string error;
   sheet.Select({{debug}, {}, {File("Debug", "b.c", copy)}});
@@ -182,21 +189,23 @@ TEST_F(SettingsSheetTest, FallbacksAskFirstAndKeepToThePagesKind) {
 }
 
 TEST_F(SettingsSheetTest, OkWantsAKeywordAndReportsNewSourceKinds) {
-  CSettingsSheet sheet(*project_, ui_);
+  std::unique_ptr<CProjectData> copy = Copy();
+  CSettingsSheet sheet(*copy, ui_);
   std::string error;
   ASSERT_TRUE(sheet.Edit(F("DF_Valid"), {"1"}, &error));
   bool kinds_changed = true;
-  EXPECT_EQ(sheet.Confirm(*project_, &kinds_changed), nullptr);
+  EXPECT_FALSE(sheet.Confirm(*project_, &kinds_changed));
   EXPECT_EQ(ui_.message_texts(), std::vector<std::string>{"Please specify the include keyword"});
   EXPECT_TRUE(sheet.CanLeavePage(SettingsPage::kGeneral));
   ASSERT_TRUE(sheet.Edit(F("DF_Keyword"), {"INCLUDE"}, &error));
-  ASSERT_NE(sheet.Confirm(*project_, &kinds_changed), nullptr);
+  ASSERT_TRUE(sheet.Confirm(*project_, &kinds_changed));
   EXPECT_FALSE(kinds_changed);
 
   for (const char* key : {"CInpExtensions", "AInpExtensions"}) {
-    CSettingsSheet other(*project_, ui_);
+    std::unique_ptr<CProjectData> other_copy = Copy();
+    CSettingsSheet other(*other_copy, ui_);
     ASSERT_TRUE(other.Edit(F(key), {"S;s"}, &error));
-    ASSERT_NE(other.Confirm(*project_, &kinds_changed), nullptr);
+    ASSERT_TRUE(other.Confirm(*project_, &kinds_changed));
     EXPECT_TRUE(kinds_changed) << key;
   }
 }
