@@ -75,11 +75,18 @@ bool ReadLetterHead(std::string_view* text, Diagnostic* d) {
   }
   if (rest.size() < 3 || !IsBlank(rest[1])) return false;
   switch (rest[0]) {
-    case 'E': d->severity = CMessageTable::kError; break;
-    case 'W': d->severity = CMessageTable::kWarning; break;
+    case 'E':
+      d->severity = CMessageTable::kError;
+      break;
+    case 'W':
+      d->severity = CMessageTable::kWarning;
+      break;
     case 'F':
-    case 'S': d->severity = CMessageTable::kFatal; break;
-    default: return false;
+    case 'S':
+      d->severity = CMessageTable::kFatal;
+      break;
+    default:
+      return false;
   }
   const char letter = rest[0];
   rest = SkipBlanks(rest.substr(1));
@@ -238,7 +245,8 @@ void CBso196Parser::Compiler() {
     const std::string_view digits = SkipBlanks(rest);
     rest = digits;
     int number = 0;
-    if (ReadNumber(&rest, &number)) d.code = std::string(digits.substr(0, digits.size() - rest.size()));
+    if (ReadNumber(&rest, &number))
+      d.code = std::string(digits.substr(0, digits.size() - rest.size()));
     if (!StartsWith(rest, ":")) continue;
     rest = SkipBlanks(rest.substr(1));
     ReadLinePlace(&rest, &d);

@@ -77,9 +77,9 @@ bool ReadStarSeverity(std::string_view* text, int* severity) {
                                     {"ERROR", CMessageTable::kError},
                                     {"WARNING", CMessageTable::kWarning}};
   for (const Word& w : kWords) {
-    if (StartsWith(*text, w.word) && (text->size() == w.word.size() ||
-                                      (*text)[w.word.size()] == ' ' ||
-                                      (*text)[w.word.size()] == ':')) {
+    if (StartsWith(*text, w.word) &&
+        (text->size() == w.word.size() || (*text)[w.word.size()] == ' ' ||
+         (*text)[w.word.size()] == ':')) {
       *severity = w.severity;
       text->remove_prefix(w.word.size());
       return true;
