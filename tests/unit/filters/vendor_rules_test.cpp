@@ -92,11 +92,25 @@ const Case kCases[] = {
      kCompilerMessage,
      "Errors: 2\nWarning 7 here\nx.c(3): Fatal error: out of memory\n",
      {"F|x.c|3|1||out of memory"}},
+    // An "in function" line continues only the entry just made.
+    {"Borland",
+     kCompilerMessage,
+     "in function f\nWarning W8004 a.c 4: 'i' is assigned a value that is never used\n"
+     "in function g\nin function h\n",
+     {"W|a.c|4|1|W8004|'i' is assigned a value that is never used\nin function g\nin function h"}},
     // Information lines are no diagnostics; S (system) is fatal.
     {"BSO-8051",
      kCompilerMessage,
      "c51 I 800: done\nc51 S 1: out of memory\n",
      {"F|P.c|0|0|S1|out of memory"}},
+    {"BSO-166",
+     kCompilerMessage,
+     "c166 E 227: [\"main.c\" 12] syntax error\n>>>> W 5: [\"m.c\" 3\n",
+     {"W|P.c|0|0|W5|[\"m.c\" 3"}},
+    {"BSO-196",
+     kCompilerMessage,
+     "Warning: main.c line 3: unused\nError 9 main.c line 4: no colon\n",
+     {"W|main.c|3|1||unused"}},
     {"BSO-196", kAssemblerMessage, "**** ERROR #20, LINE #12, UNDEFINED SYMBOL\n", {}},
 };
 
