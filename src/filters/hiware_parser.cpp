@@ -111,7 +111,11 @@ bool ReadPlaceLine(std::string_view line, Message* m) {
   if (word == npos || word == 0) return false;
   const int number = WholeNumber(TrimBlanks(line.substr(word + 6)));
   if (number == -1) return false;
-  m->file = TrimBlanks(line.substr(0, word));
+  std::string_view file = TrimBlanks(line.substr(0, word));
+  if (file.size() >= 2 && file.front() == '"' && file.back() == '"') {
+    file = file.substr(1, file.size() - 2);
+  }
+  m->file = file;
   m->line = number;
   return true;
 }

@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+#include "build/message_table.h"
+
 namespace quillon {
 
 inline bool IsDigitChar(char c) { return c >= '0' && c <= '9'; }
@@ -32,6 +34,34 @@ inline int CutNumber(std::string_view* text) {
 inline int WholeNumber(std::string_view text) {
   const int value = CutNumber(&text);
   return text.empty() ? value : -1;
+}
+
+// "Fatal error:", "Fatal:", "Error:" or "Warning:" (any case, blanks allowed
+// before the colon) opening `text`, cut off; the severity it gives.
+inline bool CutSeverityWord(std::string_view* text, int* severity) {
+  struct Word {
+    std::string_view word;
+    int severity;
+  };
+  static constexpr Word kWords[] = {{"fatal error", CMessageTable::kFatal},
+                                    {"fatal", CMessageTable::kFatal},
+                                    {"error", CMessageTable::kError},
+                                    {"warning", CMessageTable::kWarning}};
+  for (const Word& w : kWords) {
+    if (text->size() < w.word.size()) continue;
+    bool same = true;
+    for (size_t i = 0; i < w.word.size() && same; ++i) {
+      const char c = (*text)[i];
+      same = (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) == w.word[i];
+    }
+    if (!same) continue;
+    const std::string_view rest = SkipLeadingBlanks(text->substr(w.word.size()));
+    if (rest.empty() || rest.front() != ':') continue;
+    *text = SkipLeadingBlanks(rest.substr(1));
+    *severity = w.severity;
+    return true;
+  }
+  return false;
 }
 
 }  // namespace quillon

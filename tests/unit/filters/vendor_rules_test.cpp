@@ -1,0 +1,137 @@
+// Rules of the Microsoft, IAR, HI-TECH and HiWare filters that the vendors'
+// samples (vendor_samples_test.cpp) do not reach: odd shapes, the words only
+// some operations know, and the operations that read nothing.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "filters/output_filter.h"
+#include "support/fake_file_system.h"
+
+namespace quillon {
+namespace {
+
+enum Op { kCmp, kAsm, kLnk };
+
+struct Case {
+  const char* filter;
+  Op op;
+  const char* output;
+  std::vector<std::string> entries;  // "SEVERITY|FILE|LINE|COLUMN|CODE|TEXT"
+};
+
+std::vector<std::string> Filter(const Case& c) {
+  FakeFileSystem fs;
+  CollectingSink sink;
+  CMessageTable table;
+  fs.Create("/capture.txt", c.output);
+  COutputFilter filter(c.filter, fs, sink, table);
+  if (c.op == kCmp) filter.FilterCompilerOutput("P.c", "/capture.txt");
+  if (c.op == kAsm) filter.FilterAssemblerOutput("P.c", "/capture.txt");
+  if (c.op == kLnk) filter.FilterLinkerOutput("/capture.txt");
+  std::vector<std::string> shown;
+  for (const MessageEntry& e : sink.entries) {
+    EXPECT_EQ(e.kind, static_cast<int>(c.op)) << c.filter;
+    shown.push_back(std::string(1, "EWF"[e.severity]) + "|" + e.file + "|" +
+                    std::to_string(e.line) + "|" + std::to_string(e.column) + "|" + e.code + "|" +
+                    e.text);
+  }
+  return shown;
+}
+
+// Output that every HI-TECH layout reads, for the operations that read nothing.
+constexpr const char* kHiTechLines =
+    "main.c 12: (192) undefined identifier \"count\" (error)\n"
+    "main.c: 20: function declared implicit int (warning)\n"
+    "Error   [500] ; 0. undefined symbols:\n";
+
+const Case kCases[] = {
+    // The error line and its warning twin: a warning keeps its code in the text.
+    {"Microsoft", kCmp, "file.c(12) : error C2065: 'x' : undeclared identifier\n",
+     {"E|file.c|12|1|C2065|'x' : undeclared identifier"}},
+    {"Microsoft", kCmp, "file.c(12) : warning C4101: 'y' : unreferenced local variable\n",
+     {"W|file.c|12|1||warning C4101: 'y' : unreferenced local variable"}},
+    {"Microsoft", kAsm, "file.c(12) : fatal error A1000: cannot open file : x.inc\n",
+     {"E|file.c|12|1|A1000|cannot open file : x.inc"}},
+    // No "(", no number in it, no severity word, no colon behind the code.
+    {"Microsoft", kCmp,
+     "file.c : error C2065: text\nfile.c(x) : error C2065: text\nfile.c(3) : note: see x\n"
+     "file.c(4) : error\n",
+     {}},
+    {"Microsoft", kLnk, "LINK : fatal error LNK1104: cannot open file 'a.lib'\nplain line\n",
+     {"E|LINK|0|0|LNK1104|cannot open file 'a.lib'"}},
+    // IAR: the source echo and caret come first; a long message wraps under
+    // 10 blanks; a 10-blank line with a caret under it is the next echo.
+    {"IAR", kCmp,
+     "      x = y;\n          ^\n"
+     "\"main.c\",5  Warning[Pe550]: variable \"x\" was set but never\n"
+     "          used\n"
+     "          int z = w;\n              ^\n"
+     "main.c(6) : Error[Pe020]: identifier \"w\" is undefined\n"
+     "\"main.c\",7  Remark[Pe177]: function \"f\" was declared but never referenced\n"
+     "Errors: 1\nWarnings: 1\n",
+     {"W|main.c|5|1|Pe550|variable \"x\" was set but never\nused",
+      "E|main.c|6|1|Pe020|identifier \"w\" is undefined"}},
+    {"IAR", kCmp,
+     "Fatal error[Pe1696]: cannot open source file \"x.h\"\n"
+     "  printf(\"Error[%d]: x\");\n"
+     "somewhere Error[Pe1]: a place that is none\n",
+     {"F|P.c|0|0|Pe1696|cannot open source file \"x.h\""}},
+    {"IAR (STDERR)", kLnk,
+     "Warning[Lp005]: placement includes a mix of sections\n"
+     "          with content and sections without\n"
+     "Fatal Error[Lc002]: expected a command\n",
+     {"W||0|0|Lp005|placement includes a mix of sections\nwith content and sections without",
+      "F||0|0|Lc002|expected a command"}},
+    {"IAR", kAsm,
+     "\"start.s\",12  Warning[As010]: value truncated\n"
+     "\"start.s\",13  error[As001]: lower-case word\n"
+     "start.s(14) : Error[As002]: other layout\n",
+     {"W|start.s|12|1|As010|value truncated"}},
+    // HI-TECH: type words, codes, advisories, and a linker's symbol lines.
+    {"HiTech-5", kCmp,
+     "main.c 12: (192) undefined identifier \"count\" (error)\n"
+     "C:\\p\\main.c 13: (361) function declared implicit int (warning)\n"
+     "main.c 14: (1) no space (fatal error)\n"
+     "main.c 15: (1273) Omniscient Code Generation not available (advisory)\n"
+     "Advisory[1233] Employing 16F877 errata work-arounds\n",
+     {"E|main.c|12|1|192|undefined identifier \"count\"",
+      "W|C:\\p\\main.c|13|1|361|function declared implicit int",
+      "F|main.c|14|1|1|no space"}},
+    {"Hitech-8051", kLnk,
+     "Error   [500] ; 0. undefined symbols:\n\t_foo(main.obj)\n\t_bar(main.obj)\nLoad map\n",
+     {"E||0|0|500|undefined symbols:\n_foo(main.obj)\n_bar(main.obj)"}},
+    {"Hitech-PIC", kLnk, kHiTechLines,
+     {"E|main.c|12|1|192|undefined identifier \"count\"",
+      "W|main.c|20|1||function declared implicit int", "E||0|0|500|undefined symbols:"}},
+    {"Hitech-PIC", kCmp, kHiTechLines, {}},
+    {"Hitech-PIC", kAsm, kHiTechLines, {}},
+    {"HiTech-5", kLnk, kHiTechLines, {}},
+    // HiWare: the bad command line, informations where the row names them,
+    // the IDE's place line and the linker's name in front.
+    {"HiWare", kCmp,
+     "FATAL Error in command line: unknown option -Zx\n"
+     "main.c(3): INFORMATION C2705: Possible loss of data\n"
+     "main.c: FATAL C1: out of memory\n"
+     "Warning : C1420: Result of function call is ignored\n"
+     "\"my file.c\" line 40\n",
+     {"F|P.c|0|0||unknown option -Zx", "W|main.c|3|1|C2705|Possible loss of data",
+      "F|main.c|0|0|C1|out of memory",
+      "W|my file.c|40|1|C1420|Result of function call is ignored"}},
+    {"HiWare", kLnk,
+     "Link Error : L1822: Symbol _x in file main.o is undefined\n"
+     "INFORMATION L10324: Linking successful\nFATAL L1: not a linker word\n",
+     {"E||0|0|L1822|Symbol _x in file main.o is undefined"}},
+    {"HiWare", kAsm, "start.asm(7): INFORMATION A13003: Value is truncated to one Byte\n",
+     {"W|start.asm|7|1|A13003|Value is truncated to one Byte"}},
+};
+
+TEST(VendorRulesTest, EachCaseGivesItsEntries) {
+  for (const Case& c : kCases) {
+    EXPECT_EQ(Filter(c), c.entries) << c.filter << " " << c.op << ":\n" << c.output;
+  }
+}
+
+}  // namespace
+}  // namespace quillon
