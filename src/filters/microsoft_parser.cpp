@@ -16,6 +16,16 @@
 namespace quillon {
 namespace {
 
+constexpr size_t npos = std::string_view::npos;
+
+// The first ':' with a blank before it.
+size_t FindBlankColon(std::string_view line) {
+  for (size_t colon = line.find(':', 1); colon != npos; colon = line.find(':', colon + 1)) {
+    if (line[colon - 1] == ' ') return colon;
+  }
+  return npos;
+}
+
 class CMicrosoftParser : public COutputParser {
  public:
   void Compiler() override { ParseTranslator(kCompilerMessage); }
@@ -65,9 +75,12 @@ void CMicrosoftParser::Linker() {
   while (ReadLine()) {
     std::string_view file = TakeUpTo("(");
     if (failed()) {
+      // Up to " :", found by its colon: blanks are too common to search by.
+      const size_t colon = FindBlankColon(line());
+      if (colon == npos) continue;
       ClearFailure();
-      file = TakeUpTo(" :");
-      if (failed()) continue;
+      file = line().substr(0, colon - 1);
+      SetPosition(colon + 1);
     }
     MovePosition(-2);
     int severity = 0;
