@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "filters/output_filter.h"
@@ -17,7 +18,7 @@ enum Op { kCmp, kAsm, kLnk };
 struct Case {
   const char* filter;
   Op op;
-  const char* output;
+  std::string_view output;
   std::vector<std::string> entries;  // "SEVERITY|FILE|LINE|COLUMN|CODE|TEXT"
 };
 
@@ -25,7 +26,7 @@ std::vector<std::string> Filter(const Case& c) {
   FakeFileSystem fs;
   CollectingSink sink;
   CMessageTable table;
-  fs.Create("/capture.txt", c.output);
+  fs.Create("/capture.txt", std::string(c.output));
   COutputFilter filter(c.filter, fs, sink, table);
   if (c.op == kCmp) filter.FilterCompilerOutput("P.c", "/capture.txt");
   if (c.op == kAsm) filter.FilterAssemblerOutput("P.c", "/capture.txt");
@@ -125,11 +126,89 @@ const Case kCases[] = {
      {"E||0|0|L1822|Symbol _x in file main.o is undefined"}},
     {"HiWare", kAsm, "start.asm(7): INFORMATION A13003: Value is truncated to one Byte\n",
      {"W|start.asm|7|1|A13003|Value is truncated to one Byte"}},
+    // The word "error" anywhere behind the number makes an Error, and the
+    // code is whatever stands between the next blank and colon.
+    {"Microsoft", kCmp, "a.c(7) : warning C4013: 'error' undefined: assuming extern\n",
+     {"E|a.c|7|1|undefined|assuming extern"}},
+    {"Microsoft", kLnk, "a.lib(b.obj) : warning LNK4006: x already defined\n",
+     {"W|a.lib|0|0||warning LNK4006: x already defined"}},
+    // A trailing field that is no line number leaves the text whole.
+    {"IAR", kCmp, "Error[Pe1]: text\tfile.c\tnot a line\n",
+     {"E|P.c|0|0|Pe1|text\tfile.c\tnot a line"}},
+    // Only a known type word at the end counts; a place without one is an error.
+    {"Hitech-8051", kCmp,
+     "main.c 3: the (warning) word inside\nmain.c 4: ends in (something)\n"
+     "no place here (something)\n12: no file (warning)\n",
+     {"E|main.c|3|1||the (warning) word inside", "E|main.c|4|1||ends in (something)",
+      "W|P.c|0|0||12: no file"}},
+    {"HiWare", kCmp,
+     "main.c(12): ERROR: a code is missing\nERRORS: 0\nmain.c(5): warning C1420: lower case\n",
+     {"W|main.c|5|1|C1420|lower case"}},
+    // "war" and "ning" are two searches, the second behind the first.
+    {"Introl", kCmp,
+     "\"a.c\", line 3: forward ref running past\n\"a.c\", line 4: ning before war\n",
+     {"W|a.c|3|1||forward ref running past", "E|a.c|4|1||ning before war"}},
+    {"Intermetrics-68k", kAsm, "s.s:3:AS: (Warning) only the compiler's\ns.s:x:AS: no line\n",
+     {"E|s.s|3|1||(Warning) only the compiler's"}},
+    {"2500AD", kCmp, "main.c Line # x: no number\nmain.c, Line # 7: Warning: w\n",
+     {"W|main.c|7|1||w"}},
+    {"2500AD (ver. 4.0)", kAsm, "******************\n***** Phase Error *****\nLine 3 in a.asm\n",
+     {"E|P.c|0|0||Phase Error"}},
+    // The first "(" starts the number, so a path holding one is passed over.
+    {"Microsoft", kCmp, "C:\\Program Files (x86)\\a.h(12) : error C1083: x\n", {}},
+    // A blank line ends a wrapped message; CR LF endings change nothing.
+    {"IAR", kLnk, "Error[e46]: Undefined external \"f\"\n\n          not a wrap\n",
+     {"E||0|0|e46|Undefined external \"f\""}},
+    {"IAR", kCmp, "\"a.c\",3  Error[Pe020]: x\r\n          wrapped\r\n",
+     {"E|a.c|3|1|Pe020|x\nwrapped"}},
+    {"HiWare", kCmp, "Error : C2450: Expected: ; at end\n",
+     {"E|P.c|0|0|C2450|Expected: ; at end"}},
+    // The column where the row's layout is the vendor's own, else 1.
+    {"HiTech-5", kAsm, "Fatal Error [1] a.as; 3.7 can't open\nWarning [2] a.as; 4.2 w\n",
+     {"F|a.as|3|7|1|can't open", "W|a.as|4|2|2|w"}},
+    {"Hitech-8051", kAsm, "Fatal Error [1] a.as; 3.7 can't open\nWarning [2] a.as; 4.2 w\n",
+     {"F|a.as|3|1|1|can't open", "W|a.as|4|1|2|w"}},
+    {"2500AD", kLnk, "Fatal Error: out of memory\nErrors: 1\n", {"F||0|0||out of memory"}},
+    {"Avocet-8051", kAsm, "Error in line x of a.a51: no line\nWarning in line 4 of a.a51 text\n", {}},
 };
 
 TEST(VendorRulesTest, EachCaseGivesItsEntries) {
   for (const Case& c : kCases) {
     EXPECT_EQ(Filter(c), c.entries) << c.filter << " " << c.op << ":\n" << c.output;
+  }
+}
+
+// One diagnostic per filter and operation, read the same behind lines that
+// carry each filter's delimiters in bulk or odd bytes, and without a final
+// line feed.
+TEST(VendorRulesTest, OddLinesBeforeADiagnosticChangeNothing) {
+  using namespace std::string_literals;
+  const std::string junk = "\0(\0[\0\"\0:\n\r\r\n"s +
+                           std::string(100000, '(') + "\n" + std::string(100000, '[') + "\n" +
+                           std::string(100000, ':') + "\n" + std::string(50000, '"') + ",1\n";
+  const Case kLast[] = {
+      {"Microsoft", kCmp, "a.c(3) : error C2065: x", {}},
+      {"Microsoft", kLnk, "a.obj : error LNK2019: x", {}},
+      {"IAR", kCmp, "\"a.c\",3  Error[Pe020]: x", {}},
+      {"IAR", kAsm, "\"a.s\",3  Error[As1]: x", {}},
+      {"IAR", kLnk, "Error[Li005]: x", {}},
+      {"HiTech-5", kAsm, "Error   [1] a.as; 3.1 x", {}},
+      {"Hitech-8051", kCmp, "a.c 3: (1) x (warning)", {}},
+      {"Hitech-PIC", kLnk, "a.c 3: (1) x (warning)", {}},
+      {"HiWare", kCmp, "a.c(3): ERROR C1815: x", {}},
+      {"2500AD", kAsm, "***** x *****\nLine 3 in a.asm", {}},
+      {"2500AD (ver. 4.0)", kCmp, "a.c Line # 3: x", {}},
+      {"Avocet-8051", kAsm, "Error in line 3 of a.a51: x", {}},
+      {"Avocet-11", kAsm, "Line 3 (a.s): ERROR - x", {}},
+      {"Avocet-Z80", kLnk, "Error: x", {}},
+      {"Introl", kAsm, "***** \"a.s\", line 3: x", {}},
+      {"Intermetrics-68k", kCmp, "a.c:3:FE: x", {}},
+  };
+  for (const Case& c : kLast) {
+    const std::vector<std::string> alone = Filter(c);
+    EXPECT_EQ(alone.size(), 1u) << c.filter << " " << c.op;
+    const std::string behind = junk + std::string(c.output);
+    EXPECT_EQ(Filter({c.filter, c.op, behind, {}}), alone) << c.filter << " " << c.op;
   }
 }
 
