@@ -118,9 +118,7 @@ void C2500adParser::Linker() {
 
 }  // namespace
 
-std::unique_ptr<COutputParser> Make2500adParser() {
-  return std::make_unique<C2500adParser>(false);
-}
+std::unique_ptr<COutputParser> Make2500adParser() { return std::make_unique<C2500adParser>(false); }
 
 std::unique_ptr<COutputParser> Make2500adVersion4Parser() {
   return std::make_unique<C2500adParser>(true);

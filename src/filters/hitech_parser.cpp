@@ -9,13 +9,12 @@
 //   Error   [192] C:\proj\main.c; 12.5 undefined identifier "count"   MPLAB
 // A linker message may name no place ("Error   [500] ; 0. undefined symbols:")
 // and list its symbols on indented lines below it.
-#include "filters/hitech_lines.h"
-
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "filters/hitech_lines.h"
 #include "filters/output_parser.h"
 #include "filters/text_scan.h"
 #include "platform/path.h"
@@ -86,8 +85,10 @@ struct MplabKind {
   int severity;
 };
 constexpr MplabKind kMplabKinds[] = {
-    {"Fatal Error", CMessageTable::kFatal}, {"Fatal error", CMessageTable::kFatal},
-    {"Error", CMessageTable::kError},       {"Warning", CMessageTable::kWarning},
+    {"Fatal Error", CMessageTable::kFatal},
+    {"Fatal error", CMessageTable::kFatal},
+    {"Error", CMessageTable::kError},
+    {"Warning", CMessageTable::kWarning},
     {"Advisory", kSkipped},
 };
 
@@ -200,8 +201,7 @@ std::unique_ptr<COutputParser> MakeHiTech8051Parser() {
 }
 
 std::unique_ptr<COutputParser> MakeHiTechPicParser() {
-  return std::make_unique<CHiTechParser>(Reading::kNothing, Reading::kNothing,
-                                         Reading::kMessages);
+  return std::make_unique<CHiTechParser>(Reading::kNothing, Reading::kNothing, Reading::kMessages);
 }
 
 }  // namespace quillon

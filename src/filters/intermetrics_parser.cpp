@@ -47,7 +47,8 @@ void CIntermetricsParser::Parse(int kind, std::string_view tool, std::string_vie
     if (kind == kCompilerMessage && text.find("(Warning") != npos) {
       severity = CMessageTable::kWarning;
       const size_t close = text.find(')');
-      if (text.substr(0, 8) == "(Warning") text = close == npos ? text.substr(8) : text.substr(close + 1);
+      if (text.substr(0, 8) == "(Warning")
+        text = close == npos ? text.substr(8) : text.substr(close + 1);
     }
     AddMessage(kind, head.substr(0, colon), number, 1, severity, text, "");
   }

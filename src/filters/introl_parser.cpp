@@ -54,7 +54,8 @@ void CIntrolParser::Compiler() {
     if (!ReadQuotedPlace(line(), &m)) continue;
     int severity = CMessageTable::kError;
     // The word is looked for in two pieces, "war" then "ning" behind it.
-    SetPosition(m.text.empty() ? line().size() : static_cast<size_t>(m.text.data() - line().data()));
+    SetPosition(m.text.empty() ? line().size()
+                               : static_cast<size_t>(m.text.data() - line().data()));
     if (FindWord("war", true) && FindWord("ning", true)) {
       severity = CMessageTable::kWarning;
       CutSeverityWord(&m.text, &severity);
@@ -73,8 +74,8 @@ void CIntrolParser::Assembler() {
       m.text = TrimBlanks(rest);
       if (m.text.empty()) continue;
     }
-    AddMessage(kAssemblerMessage, m.file, m.line, m.line > 0 ? 1 : 0, CMessageTable::kError,
-               m.text, "");
+    AddMessage(kAssemblerMessage, m.file, m.line, m.line > 0 ? 1 : 0, CMessageTable::kError, m.text,
+               "");
   }
 }
 

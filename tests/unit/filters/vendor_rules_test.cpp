@@ -47,6 +47,7 @@ constexpr const char* kHiTechLines =
     "main.c: 20: function declared implicit int (warning)\n"
     "Error   [500] ; 0. undefined symbols:\n";
 
+// clang-format off: one case per entry of the table reads better.
 const Case kCases[] = {
     // The error line and its warning twin: a warning keeps its code in the text.
     {"Microsoft", kCmp, "file.c(12) : error C2065: 'x' : undeclared identifier\n",
@@ -109,7 +110,7 @@ const Case kCases[] = {
     {"Hitech-PIC", kCmp, kHiTechLines, {}},
     {"Hitech-PIC", kAsm, kHiTechLines, {}},
     {"HiTech-5", kLnk, kHiTechLines, {}},
-    // HiWare: the bad command line, informations where the row names them,
+    // HiWare: the bad command line, informations from compiler and assembler,
     // the IDE's place line and the linker's name in front.
     {"HiWare", kCmp,
      "FATAL Error in command line: unknown option -Zx\n"
@@ -163,7 +164,7 @@ const Case kCases[] = {
      {"E|a.c|3|1|Pe020|x\nwrapped"}},
     {"HiWare", kCmp, "Error : C2450: Expected: ; at end\n",
      {"E|P.c|0|0|C2450|Expected: ; at end"}},
-    // The column where the row's layout is the vendor's own, else 1.
+    // "HiTech-5" keeps the assembler's column, "Hitech-8051" gives 1.
     {"HiTech-5", kAsm, "Fatal Error [1] a.as; 3.7 can't open\nWarning [2] a.as; 4.2 w\n",
      {"F|a.as|3|7|1|can't open", "W|a.as|4|2|2|w"}},
     {"Hitech-8051", kAsm, "Fatal Error [1] a.as; 3.7 can't open\nWarning [2] a.as; 4.2 w\n",
@@ -171,6 +172,7 @@ const Case kCases[] = {
     {"2500AD", kLnk, "Fatal Error: out of memory\nErrors: 1\n", {"F||0|0||out of memory"}},
     {"Avocet-8051", kAsm, "Error in line x of a.a51: no line\nWarning in line 4 of a.a51 text\n", {}},
 };
+// clang-format on
 
 TEST(VendorRulesTest, EachCaseGivesItsEntries) {
   for (const Case& c : kCases) {
