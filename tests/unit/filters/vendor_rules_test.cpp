@@ -47,7 +47,8 @@ constexpr const char* kHiTechLines =
     "main.c: 20: function declared implicit int (warning)\n"
     "Error   [500] ; 0. undefined symbols:\n";
 
-// clang-format off: one case per entry of the table reads better.
+// One case per entry of the table reads better than the formatter's layout.
+// clang-format off
 const Case kCases[] = {
     // The error line and its warning twin: a warning keeps its code in the text.
     {"Microsoft", kCmp, "file.c(12) : error C2065: 'x' : undeclared identifier\n",
@@ -185,9 +186,9 @@ TEST(VendorRulesTest, EachCaseGivesItsEntries) {
 // line feed.
 TEST(VendorRulesTest, OddLinesBeforeADiagnosticChangeNothing) {
   using namespace std::string_literals;
-  const std::string junk = "\0(\0[\0\"\0:\n\r\r\n"s +
-                           std::string(100000, '(') + "\n" + std::string(100000, '[') + "\n" +
-                           std::string(100000, ':') + "\n" + std::string(50000, '"') + ",1\n";
+  const std::string junk = "\0(\0[\0\"\0:\n\r\r\n"s + std::string(100000, '(') + "\n" +
+                           std::string(100000, '[') + "\n" + std::string(100000, ':') + "\n" +
+                           std::string(50000, '"') + ",1\n";
   const Case kLast[] = {
       {"Microsoft", kCmp, "a.c(3) : error C2065: x", {}},
       {"Microsoft", kLnk, "a.obj : error LNK2019: x", {}},
