@@ -16,7 +16,8 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-// "FILE:LINE" or "OBJECT(SECTION+OFFSET)" or "OBJECT" before a message.
+// "FILE:LINE", "OBJECT(SECTION+OFFSET)", "OBJECT(SECTION+OFFSET):SOURCE"
+// or "OBJECT" before a message.
 struct Place {
   std::string_view file;
   int line = 0;
@@ -28,6 +29,8 @@ Place ReadPlace(std::string_view head) {
     std::string_view digits = head.substr(colon + 1);
     int number = 0;
     if (ReadNumber(&digits, &number) && digits.empty()) return {head.substr(0, colon), number};
+    // "main.o(.text+0x1a):main.c": the source named behind the object.
+    if (!digits.empty()) head = head.substr(colon + 1);
   }
   const size_t open = head.find('(');
   if (open != npos && open > 0 && head.back() == ')') return {head.substr(0, open), 0};

@@ -104,6 +104,9 @@ const Case kCases[] = {
      {"E|top.v|7|1||port a is not a port of u1.\\nu1 is declared here.",
       "W|top.v|9|12|WIDTH|Operator ASSIGN expects 4 bits",
       "E||0|0||Module `sub' is not part of the design.", "E|top.v|11|1||constant selects"}},
+    // Older ld names the source behind the object and section.
+    {"GNU-CoolRISC", 'l', "main.o(.text+0x1a):main.c: undefined reference to `f'\n",
+     {"E|main.c|0|0||undefined reference to `f'"}},
     // Only a lone E or w opens a message; bars after anything else are lost.
     {"Tasking PowerPC",
      'c',
