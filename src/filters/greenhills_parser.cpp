@@ -33,6 +33,7 @@ constexpr Marker kParenMarkers[] = {
 // "(error)", "(error #16)", "(warning #1)", "(assertion)" anywhere in the
 // line (a shell may have echoed the command in front of it).
 struct Paren {
+  size_t at = 0;
   int severity = CMessageTable::kError;
   std::string_view code;
   std::string_view rest;  // behind the closing parenthesis
@@ -55,7 +56,7 @@ bool FindParen(std::string_view text, Paren* paren) {
     }
     if (after.empty() || after.front() != ')') continue;
     best = at;
-    found = {marker.severity, code, SkipBlanks(after.substr(1))};
+    found = {at, marker.severity, code, SkipBlanks(after.substr(1))};
   }
   if (best == npos) return false;
   *paren = found;
@@ -96,8 +97,12 @@ class CGreenHillsParser : public CContinuedParser {
 void CGreenHillsParser::ParseTranslator(int kind) {
   while (ReadLine()) {
     if (ParseEdgLine(kind)) continue;
+    // Only behind the tool's name: a source line echoed under a compiler
+    // message may well hold "(error)".
     Paren paren;
-    if (!FindParen(line(), &paren)) continue;
+    if (!FindParen(line(), &paren) || paren.at < 2 || line().substr(paren.at - 2, 2) != "] ") {
+      continue;
+    }
     std::string_view file;
     int number = 0;
     std::string_view text = paren.rest;

@@ -86,6 +86,11 @@ const Case kCases[] = {
      'a',
      "[asarm] (error #123) start.s 44: unknown opcode\n[asarm] (warning) start.s 50: odd\n",
      {"E|start.s|44|1|123|unknown opcode", "W|start.s|50|1||odd"}},
+    // An echoed source line is no assembler message.
+    {"Green Hills",
+     'c',
+     "\"a.c\", line 3: error #20: e is undefined\n    if (error) return;\n        ^\n",
+     {"E|a.c|3|1|20|e is undefined"}},
     {"Green Hills",
      'l',
      "[elxr] (error #412) unresolved symbols: 1\n  foo   from main.o\n[elxr] (assertion) bad\n",
