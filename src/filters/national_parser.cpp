@@ -40,6 +40,14 @@ Place ReadHeadPlace(std::string_view head) {
   return {head.substr(0, colon), number, true};
 }
 
+// "crcc: " before a message about the run itself. Anything else before the
+// word (a source line with an "error:" label) is no message.
+bool IsToolName(std::string_view head) {
+  if (IndentOf(head) > 0) return false;
+  head = TrimBlanks(head);
+  return head.size() >= 2 && head.back() == ':' && head.find_first_of(" \t") == npos;
+}
+
 std::string_view AfterSeverity(std::string_view text) {
   text = SkipBlanks(text);
   if (!text.empty() && text.front() == ':') text.remove_prefix(1);
@@ -84,7 +92,7 @@ void CCompactRiscParser::Compiler() {
     const std::string_view text = SkipBlanks(line().substr(at + length));
     if (place.located) {
       AddMessage(kCompilerMessage, place.file, place.line, 1, severity, text, "");
-    } else {
+    } else if (IsToolName(head)) {
       AddMessage(kCompilerMessage, "", 0, 0, severity, text, "");
     }
   }

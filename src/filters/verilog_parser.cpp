@@ -28,6 +28,8 @@ struct Place {
 
 // "FILE:LINE[:COLUMN]:" at the head; a drive letter's colon is passed over.
 bool ReadPlace(std::string_view text, Place* place) {
+  // Verilator's echoed source lines are indented; file names are not.
+  if (IndentOf(text) > 0) return false;
   const size_t colon = text.find(':', 2);
   if (colon == npos || TrimBlanks(text.substr(0, colon)).empty()) return false;
   std::string_view after = text.substr(colon + 1);

@@ -110,6 +110,11 @@ const Case kCases[] = {
      {"E|top.v|7|1||port a is not a port of u1.\\nu1 is declared here.",
       "W|top.v|9|12|WIDTH|Operator ASSIGN expects 4 bits",
       "E||0|0||Module `sub' is not part of the design.", "E|top.v|11|1||constant selects"}},
+    // A label in a source line is no message; the compiler's own name is.
+    {"National-CR16",
+     'c',
+     "  error: return -1;\nerror: x\ncrcc: fatal error: out of memory\n",
+     {"F|P.c|0|0||out of memory"}},
     // Older ld names the source behind the object and section.
     {"GNU-CoolRISC",
      'l',
