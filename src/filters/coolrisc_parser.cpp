@@ -24,6 +24,8 @@ struct Place {
 };
 Place ReadPlace(std::string_view head) {
   head = TrimBlanks(head);
+  // A head of several words is some program's banner, not a file.
+  if (head.find_first_of(" \t") != npos) return {};
   const size_t colon = head.rfind(':');
   if (colon != npos && colon > 1) {
     std::string_view digits = head.substr(colon + 1);

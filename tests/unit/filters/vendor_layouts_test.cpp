@@ -118,8 +118,8 @@ const Case kCases[] = {
     // Older ld names the source behind the object and section.
     {"GNU-CoolRISC",
      'l',
-     "main.o(.text+0x1a):main.c: undefined reference to `f'\n",
-     {"E|main.c|0|0||undefined reference to `f'"}},
+     "main.o(.text+0x1a):main.c: undefined reference to `f'\nSome Linker: error: x\n",
+     {"E|main.c|0|0||undefined reference to `f'", "E||0|0||x"}},
     // A message right after another is not taken for its continuation.
     {"Green Hills",
      'c',
