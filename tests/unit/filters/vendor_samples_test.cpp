@@ -6,8 +6,9 @@
 //   = SAMPLE-ID | FILTER NAME | compiler|assembler|linker
 //   SEVERITY|FILE|LINE|COLUMN|CODE|TEXT
 //
-// SEVERITY is E, W or F; TEXT is last and may hold '|'; a line feed in it is
-// written \n and other control bytes \xNN. Lines starting with '#' are remarks.
+// SEVERITY is E, W or F; FILE is written with '/' for separators; TEXT is
+// last and may hold '|'; a line feed in it is written \n and other control
+// bytes \xNN. Lines starting with '#' are remarks.
 // An entry that names no file gets the project file, written here as
 // PROJECT.c (the link has none).
 //
@@ -94,9 +95,15 @@ std::string Escape(const std::string& text) {
   return out;
 }
 
+// Files with '/' whatever the platform: parsers that tidy a name use the
+// native separator.
 std::string Format(const MessageEntry& e) {
   const char severity = e.severity >= 0 && e.severity <= 2 ? "EWF"[e.severity] : '?';
-  return std::string(1, severity) + "|" + e.file + "|" + std::to_string(e.line) + "|" +
+  std::string file = e.file;
+  for (char& c : file) {
+    if (c == '\\') c = '/';
+  }
+  return std::string(1, severity) + "|" + file + "|" + std::to_string(e.line) + "|" +
          std::to_string(e.column) + "|" + e.code + "|" + Escape(e.text);
 }
 
