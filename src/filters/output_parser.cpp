@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 
 #include "platform/path.h"
 
@@ -121,8 +122,26 @@ size_t COutputParser::FindNth(std::string_view text, int n) const {
   return found;
 }
 
+// string_view::find with the comparison inline: the words searched for are
+// short and their first letters common, so a call to memcmp per candidate
+// would cost more than the search.
+size_t FindText(std::string_view text, std::string_view word, size_t from) {
+  if (from > text.size() || word.size() > text.size() - from) return std::string_view::npos;
+  if (word.empty()) return from;
+  const char* const begin = text.data();
+  const char* const last = begin + (text.size() - word.size());
+  for (const char* p = begin + from; p <= last; ++p) {
+    p = static_cast<const char*>(std::memchr(p, word[0], static_cast<size_t>(last - p) + 1));
+    if (p == nullptr) return std::string_view::npos;
+    size_t i = 1;
+    while (i < word.size() && p[i] == word[i]) ++i;
+    if (i == word.size()) return static_cast<size_t>(p - begin);
+  }
+  return std::string_view::npos;
+}
+
 std::string_view COutputParser::TakeUpTo(std::string_view delimiter) {
-  const size_t found = line_.find(delimiter, pos_);
+  const size_t found = FindText(line_, delimiter, pos_);
   if (found == npos) {
     failed_ = true;
     return {};
@@ -132,9 +151,9 @@ std::string_view COutputParser::TakeUpTo(std::string_view delimiter) {
 }
 
 std::string_view COutputParser::TakeBetween(std::string_view open, std::string_view close) {
-  const size_t opened = line_.find(open, pos_);
+  const size_t opened = FindText(line_, open, pos_);
   const size_t from = opened == npos ? npos : opened + open.size();
-  const size_t closed = from == npos ? npos : line_.find(close, from);
+  const size_t closed = from == npos ? npos : FindText(line_, close, from);
   if (closed == npos) {
     failed_ = true;
     return {};
@@ -153,14 +172,14 @@ int COutputParser::NumberBetween(std::string_view open, std::string_view close) 
 }
 
 bool COutputParser::FindWord(std::string_view word, bool case_sensitive) {
-  const size_t found = case_sensitive ? line_.find(word, pos_) : FindNoCase(line_, word, pos_);
+  const size_t found = case_sensitive ? FindText(line_, word, pos_) : FindNoCase(line_, word, pos_);
   if (found == npos) return false;
   pos_ = found + word.size();
   return true;
 }
 
 bool COutputParser::Contains(std::string_view text, size_t start) const {
-  return start <= line_.size() && line_.find(text, start) != npos;
+  return FindText(line_, text, start) != npos;
 }
 
 std::string_view COutputParser::RestOfLine() const { return line_.substr(pos_); }
