@@ -31,10 +31,10 @@ struct Place {
 bool ReadLinePlace(std::string_view line, Place* place) {
   line = TrimBlanks(line);
   if (line.substr(0, 5) != "Line ") return false;
-  std::string_view rest = SkipLeadingBlanks(line.substr(5));
+  std::string_view rest = SkipBlanks(line.substr(5));
   const int number = CutNumber(&rest);
   if (number == -1) return false;
-  rest = SkipLeadingBlanks(rest);
+  rest = SkipBlanks(rest);
   if (rest.substr(0, 3) == "in ") rest = rest.substr(3);
   place->file = TrimBlanks(rest);
   place->line = number;
@@ -45,7 +45,7 @@ bool ReadLinePlace(std::string_view line, Place* place) {
 bool ReadActiveCommands(std::string_view line, Place* place) {
   const size_t head = line.find("Active Commands");
   if (head == npos) return false;
-  std::string_view rest = SkipLeadingBlanks(line.substr(head + 15));
+  std::string_view rest = SkipBlanks(line.substr(head + 15));
   if (!rest.empty() && rest.front() == ':') rest.remove_prefix(1);
   rest = TrimBlanks(rest);
   const size_t blank = rest.find_last_of(" \t");
@@ -74,11 +74,11 @@ void C2500adParser::Compiler() {
     if (!FindWord("Line #", true)) continue;
     std::string_view file = TrimBlanks(line().substr(0, position() - 6));
     if (!file.empty() && (file.back() == ',' || file.back() == ':')) file.remove_suffix(1);
-    std::string_view rest = SkipLeadingBlanks(RestOfLine());
+    std::string_view rest = SkipBlanks(RestOfLine());
     const int number = CutNumber(&rest);
     if (number == -1) continue;
-    rest = SkipLeadingBlanks(rest);
-    if (!rest.empty() && rest.front() == ':') rest = SkipLeadingBlanks(rest.substr(1));
+    rest = SkipBlanks(rest);
+    if (!rest.empty() && rest.front() == ':') rest = SkipBlanks(rest.substr(1));
     int severity = CMessageTable::kError;
     if (Contains("Warning", position())) {
       severity = CMessageTable::kWarning;

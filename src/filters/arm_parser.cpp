@@ -19,7 +19,6 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 
 // An Arm message code and its colon ("A1163E:", "L6218E:", "C3900U:"),
@@ -29,7 +28,7 @@ std::string_view ReadArmCode(std::string_view* text) {
   size_t i = 0;
   while (i < rest.size() && IsUpper(rest[i])) ++i;
   const size_t letters = i;
-  while (i < rest.size() && IsDigit(rest[i])) ++i;
+  while (i < rest.size() && IsDigitChar(rest[i])) ++i;
   if (letters == 0 || i == letters || i > 12) return {};
   while (i < rest.size() && IsUpper(rest[i]) && i < 12) ++i;
   if (i >= rest.size() || rest[i] != ':') return {};
@@ -64,7 +63,7 @@ bool ReadParenPlace(std::string_view text, std::string_view* file, int* line,
                     std::string_view* rest) {
   for (size_t close = text.find("):"); close != npos; close = text.find("):", close + 1)) {
     size_t open = close;
-    while (open > 0 && IsDigit(text[open - 1])) --open;
+    while (open > 0 && IsDigitChar(text[open - 1])) --open;
     if (open == close || open < 2 || text[open - 1] != '(') continue;
     std::string_view digits = text.substr(open, close - open);
     if (!ReadNumber(&digits, line)) continue;

@@ -48,18 +48,18 @@ bool ReadWordedPlace(std::string_view rest, Message* m) {
 bool ReadLineFirst(std::string_view line, Message* m) {
   std::string_view rest = TrimBlanks(line);
   if (rest.substr(0, 5) != "Line ") return false;
-  rest = SkipLeadingBlanks(rest.substr(5));
+  rest = SkipBlanks(rest.substr(5));
   const int number = CutNumber(&rest);
   if (number == -1) return false;
-  rest = SkipLeadingBlanks(rest);
+  rest = SkipBlanks(rest);
   if (!rest.empty() && rest.front() == '(') {
     const size_t close = rest.find(')');
     if (close == npos) return false;
     m->file = TrimBlanks(rest.substr(1, close - 1));
-    rest = SkipLeadingBlanks(rest.substr(close + 1));
+    rest = SkipBlanks(rest.substr(close + 1));
   }
   if (rest.empty() || rest.front() != ':') return false;
-  rest = SkipLeadingBlanks(rest.substr(1));
+  rest = SkipBlanks(rest.substr(1));
   if (rest.substr(0, 5) == "ERROR") {
     rest.remove_prefix(5);
   } else if (rest.substr(0, 7) == "WARNING") {

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
@@ -23,19 +24,14 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
-
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
 
 // All digits, as a line number; false for none or anything else.
 bool ParseNumber(std::string_view text, int* number) {
   if (text.empty()) return false;
   long long value = 0;
   for (char c : text) {
-    if (!IsDigit(c)) return false;
+    if (!IsDigitChar(c)) return false;
     if (value < 100000000) value = value * 10 + (c - '0');
   }
   *number = static_cast<int>(value);
@@ -46,7 +42,7 @@ bool ParseNumber(std::string_view text, int* number) {
 bool IsCode(std::string_view word) {
   if (word.size() < 2 || !IsUpper(word[0])) return false;
   for (char c : word.substr(1)) {
-    if (!IsDigit(c)) return false;
+    if (!IsDigitChar(c)) return false;
   }
   return true;
 }

@@ -23,37 +23,13 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
 namespace {
 
 constexpr size_t npos = std::string_view::npos;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
-
-std::string_view SkipBlanks(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  return text;
-}
-
-// Leading digits, cut off; false when there are none.
-bool ReadNumber(std::string_view* text, int* number) {
-  size_t i = 0;
-  long long value = 0;
-  for (; i < text->size() && IsDigit((*text)[i]); ++i) {
-    if (value < 100000000) value = value * 10 + ((*text)[i] - '0');
-  }
-  if (i == 0) return false;
-  *number = static_cast<int>(value);
-  text->remove_prefix(i);
-  return true;
-}
 
 struct Diagnostic {
   std::string file;
@@ -68,12 +44,12 @@ struct Diagnostic {
 // the number ("E227"). Information messages (I) are not diagnostics.
 bool ReadLetterHead(std::string_view* text, Diagnostic* d) {
   std::string_view rest = SkipBlanks(*text);
-  if (rest.size() > 1 && !IsBlank(rest[1])) {
+  if (rest.size() > 1 && !IsBlankChar(rest[1])) {
     const size_t blank = rest.find(' ');
     if (blank == npos) return false;
     rest = SkipBlanks(rest.substr(blank));
   }
-  if (rest.size() < 3 || !IsBlank(rest[1])) return false;
+  if (rest.size() < 3 || !IsBlankChar(rest[1])) return false;
   switch (rest[0]) {
     case 'E':
       d->severity = CMessageTable::kError;
@@ -196,7 +172,7 @@ void CBsoParser::ParseStarLinker() {
     while (ReadLine()) {
       const std::string_view l = line();
       const std::string_view trimmed = SkipBlanks(l);
-      if (l.empty() || !IsBlank(l.front()) || trimmed.empty()) {
+      if (l.empty() || !IsBlankChar(l.front()) || trimmed.empty()) {
         PushBack();
         break;
       }

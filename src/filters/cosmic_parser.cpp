@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
@@ -20,15 +21,8 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
-
 size_t SkipDigits(std::string_view text, size_t i) {
-  while (i < text.size() && IsDigit(text[i])) ++i;
+  while (i < text.size() && IsDigitChar(text[i])) ++i;
   return i;
 }
 
@@ -42,7 +36,7 @@ struct Place {
 // the place must end at a blank or the line's end.
 bool ReadPlace(std::string_view* text, Place* place) {
   for (size_t colon = text->find(':'); colon != npos; colon = text->find(':', colon + 1)) {
-    if (colon == 0 || colon + 1 >= text->size() || !IsDigit((*text)[colon + 1])) continue;
+    if (colon == 0 || colon + 1 >= text->size() || !IsDigitChar((*text)[colon + 1])) continue;
     const size_t digits_end = SkipDigits(*text, colon + 1);
     size_t end = digits_end;
     if (end < text->size() && (*text)[end] == '(') {
@@ -51,7 +45,7 @@ bool ReadPlace(std::string_view* text, Place* place) {
       if (end >= text->size() || (*text)[end] != ')') continue;
       ++end;
     }
-    if (end < text->size() && !IsBlank((*text)[end])) continue;
+    if (end < text->size() && !IsBlankChar((*text)[end])) continue;
     const std::string_view number = text->substr(colon + 1, digits_end - colon - 1);
     int line = 0;
     for (char c : number) line = line < 100000000 ? line * 10 + (c - '0') : line;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
@@ -12,19 +13,11 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-std::string_view SkipBlanks(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-  return text;
-}
-
 // Digits at the head of `text` followed by ':'; consumes both.
 bool ReadNumberAndColon(std::string_view* text, int* number) {
   size_t i = 0;
   long long value = 0;
-  while (i < text->size() && IsDigit((*text)[i]) && i < 9)
+  while (i < text->size() && IsDigitChar((*text)[i]) && i < 9)
     value = value * 10 + ((*text)[i++] - '0');
   if (i == 0 || i >= text->size() || (*text)[i] != ':') return false;
   *number = static_cast<int>(value);
@@ -109,7 +102,7 @@ bool ReadPlace(std::string_view* text, Place* place) {
   std::string_view rest = *text;
   // A drive letter's colon is part of the name.
   size_t from =
-      (rest.size() > 2 && IsLetter(rest[0]) && rest[1] == ':' && IsPathSeparator(rest[2])) ? 2 : 0;
+      (rest.size() > 2 && IsLetterChar(rest[0]) && rest[1] == ':' && IsPathSeparator(rest[2])) ? 2 : 0;
   for (int nesting = 0; nesting < 2; ++nesting) {
     const size_t colon = rest.find(':', from);
     if (colon == npos || colon == 0) return false;

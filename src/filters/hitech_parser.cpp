@@ -54,7 +54,7 @@ void CutCode(HiTechMessage* message) {
   const std::string_view digits = rest;
   if (CutNumber(&rest) == -1 || rest.empty() || rest.front() != ')') return;
   message->code = digits.substr(0, digits.size() - rest.size());
-  message->text = SkipLeadingBlanks(rest.substr(1));
+  message->text = SkipBlanks(rest.substr(1));
 }
 
 // "file line:" or "file: line:" at the head of the line; the drive letter's
@@ -97,17 +97,17 @@ constexpr MplabKind kMplabKinds[] = {
 bool ReadMplabLine(std::string_view line, HiTechMessage* message, bool* skipped) {
   for (const MplabKind& kind : kMplabKinds) {
     if (line.substr(0, kind.word.size()) != kind.word) continue;
-    std::string_view rest = SkipLeadingBlanks(line.substr(kind.word.size()));
+    std::string_view rest = SkipBlanks(line.substr(kind.word.size()));
     const size_t close = rest.find(']');
     if (rest.empty() || rest.front() != '[' || close == npos) return false;
     *skipped = kind.severity == kSkipped;
     message->severity = kind.severity;
     message->code = TrimBlanks(rest.substr(1, close - 1));
-    rest = SkipLeadingBlanks(rest.substr(close + 1));
+    rest = SkipBlanks(rest.substr(close + 1));
     message->text = rest;
     const size_t semicolon = rest.find(';');
     if (semicolon == npos) return true;
-    std::string_view place = SkipLeadingBlanks(rest.substr(semicolon + 1));
+    std::string_view place = SkipBlanks(rest.substr(semicolon + 1));
     const int number = CutNumber(&place);
     if (number == -1) return true;
     message->file = TrimBlanks(rest.substr(0, semicolon));
@@ -116,7 +116,7 @@ bool ReadMplabLine(std::string_view line, HiTechMessage* message, bool* skipped)
       place.remove_prefix(1);
       message->column = std::max(CutNumber(&place), 0);
     }
-    message->text = SkipLeadingBlanks(place);
+    message->text = SkipBlanks(place);
     return true;
   }
   return false;

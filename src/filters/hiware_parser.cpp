@@ -51,8 +51,8 @@ bool IsWordChar(char c) { return IsLetterChar(c) || IsDigitChar(c) || c == '_'; 
 // " CODE:" or " : CODE:" behind a severity word, the code being letters then
 // digits (C1815, A13003, L1822); the text after it.
 bool ReadCodeAndText(std::string_view rest, Message* m) {
-  rest = SkipLeadingBlanks(rest);
-  if (!rest.empty() && rest.front() == ':') rest = SkipLeadingBlanks(rest.substr(1));
+  rest = SkipBlanks(rest);
+  if (!rest.empty() && rest.front() == ':') rest = SkipBlanks(rest.substr(1));
   size_t i = 0;
   while (i < rest.size() && IsLetterChar(rest[i])) ++i;
   const size_t letters = i;

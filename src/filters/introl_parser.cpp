@@ -28,7 +28,7 @@ struct Message {
 
 // '"file", line 12: text' from the head of `text`.
 bool ReadQuotedPlace(std::string_view text, Message* m) {
-  text = SkipLeadingBlanks(text);
+  text = SkipBlanks(text);
   if (text.size() < 2 || text.front() != '"') return false;
   const size_t quote = text.find('"', 1);
   if (quote == npos || text.substr(quote + 1, 7) != ", line ") return false;

@@ -23,39 +23,13 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
 namespace {
 
 constexpr size_t npos = std::string_view::npos;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
-
-std::string_view SkipBlanks(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  return text;
-}
-
-// Leading digits as a line number; false when there are none. Capped so
-// that a long run of digits cannot overflow.
-bool ReadNumber(std::string_view* text, int* number) {
-  size_t i = 0;
-  long long value = 0;
-  while (i < text->size() && IsDigit((*text)[i])) {
-    if (value < 100000000) value = value * 10 + ((*text)[i] - '0');
-    ++i;
-  }
-  if (i == 0) return false;
-  *number = static_cast<int>(value);
-  text->remove_prefix(i);
-  return true;
-}
 
 // What one diagnostic line says.
 struct Diagnostic {
@@ -202,7 +176,7 @@ std::string CKeilParser::ReadIndentedBlock(std::string* text) {
   while (ReadLine()) {
     const std::string_view l = line();
     const std::string_view trimmed = SkipBlanks(l);
-    if (l.empty() || !IsBlank(l.front()) || trimmed.empty()) {
+    if (l.empty() || !IsBlankChar(l.front()) || trimmed.empty()) {
       PushBack();
       break;
     }

@@ -6,9 +6,6 @@
 namespace quillon {
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 struct SeverityWord {
   std::string_view word;
   int severity;
@@ -49,7 +46,7 @@ bool IsCaretLine(std::string_view text) {
   for (char c : text) {
     if (c == '^') {
       caret = true;
-    } else if (!IsBlank(c)) {
+    } else if (!IsBlankChar(c)) {
       return false;
     }
   }
@@ -58,21 +55,8 @@ bool IsCaretLine(std::string_view text) {
 
 size_t IndentOf(std::string_view text) {
   size_t i = 0;
-  while (i < text.size() && IsBlank(text[i])) ++i;
+  while (i < text.size() && IsBlankChar(text[i])) ++i;
   return i;
-}
-
-std::string_view SkipBlanks(std::string_view text) { return text.substr(IndentOf(text)); }
-
-bool ReadNumber(std::string_view* text, int* number) {
-  size_t i = 0;
-  int value = 0;
-  while (i < text->size() && i < 9 && IsDigit((*text)[i]))
-    value = value * 10 + ((*text)[i++] - '0');
-  if (i == 0) return false;
-  *number = value;
-  text->remove_prefix(i);
-  return true;
 }
 
 bool ReadQuotedPlace(std::string_view text, QuotedPlace* place) {

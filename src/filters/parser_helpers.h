@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
@@ -44,10 +45,6 @@ bool IsCaretLine(std::string_view text);
 // Blanks (space or tab) at the head of `text`.
 size_t IndentOf(std::string_view text);
 
-// Up to 9 decimal digits at the head of `*text`, consumed; false (and
-// nothing consumed) without one.
-bool ReadNumber(std::string_view* text, int* number);
-
 // '"FILE", line N[ (column C)]: REST' as EDG front ends, Diab, TI and armcc
 // print it. The opening quote may be missing (quoted lines lose it).
 struct QuotedPlace {
@@ -69,8 +66,6 @@ bool ReadSeverityWord(std::string_view* text, int* severity);
 // colon and the blanks after it. The code comes back without '#'; it is
 // empty when no '#' follows.
 std::string_view ReadHashCode(std::string_view* text);
-
-std::string_view SkipBlanks(std::string_view text);
 
 }  // namespace quillon
 

@@ -13,18 +13,13 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
 namespace {
 
 constexpr size_t npos = std::string_view::npos;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
 
 struct Marker {
   std::string_view word;
@@ -54,7 +49,7 @@ bool ReadPlace(std::string_view* text, Diagnostic* d) {
   if (open == npos || open == 0 || open + 1 == close) return false;
   long long value = 0;
   for (char c : text->substr(open + 1, close - open - 1)) {
-    if (!IsDigit(c)) return false;
+    if (!IsDigitChar(c)) return false;
     if (value < 100000000) value = value * 10 + (c - '0');
   }
   d->file = text->substr(0, open);
@@ -77,7 +72,7 @@ bool ReadMessage(std::string_view text, const Marker (&markers)[N], Diagnostic* 
   text.remove_prefix(found->word.size());
   if (StartsWith(text, " ")) {
     size_t end = 1;
-    while (end < text.size() && IsDigit(text[end])) ++end;
+    while (end < text.size() && IsDigitChar(text[end])) ++end;
     if (end == 1) return false;
     d->code = text.substr(1, end - 1);
     text.remove_prefix(end);

@@ -21,10 +21,6 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-bool StartsWith(std::string_view text, std::string_view prefix) {
-  return text.substr(0, prefix.size()) == prefix;
-}
-
 bool IsBarLine(std::string_view text) { return !text.empty() && text.front() == '|'; }
 
 // The digits of "212:" behind the severity letter, consumed with the colon.

@@ -1,5 +1,5 @@
-// Small scanning helpers the vendor parsers share: ASCII classes, blanks and
-// bounded decimal numbers on string views.
+// Small scanning helpers the vendor parsers share: ASCII classes, blanks,
+// bounded decimal numbers and severity words on string views.
 #ifndef QUILLON_FILTERS_TEXT_SCAN_H
 #define QUILLON_FILTERS_TEXT_SCAN_H
 
@@ -11,9 +11,14 @@ namespace quillon {
 
 inline bool IsDigitChar(char c) { return c >= '0' && c <= '9'; }
 inline bool IsLetterChar(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+inline bool IsBlankChar(char c) { return c == ' ' || c == '\t'; }
 
-inline std::string_view SkipLeadingBlanks(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+inline bool StartsWith(std::string_view text, std::string_view prefix) {
+  return text.substr(0, prefix.size()) == prefix;
+}
+
+inline std::string_view SkipBlanks(std::string_view text) {
+  while (!text.empty() && IsBlankChar(text.front())) text.remove_prefix(1);
   return text;
 }
 
@@ -28,6 +33,15 @@ inline int CutNumber(std::string_view* text) {
   if (i == 0) return -1;
   text->remove_prefix(i);
   return value;
+}
+
+// Up to 9 decimal digits at the head of `*text`, consumed; false (and
+// nothing consumed) without one.
+inline bool ReadNumber(std::string_view* text, int* number) {
+  const int value = CutNumber(text);
+  if (value < 0) return false;
+  *number = value;
+  return true;
 }
 
 // The whole of `text` as a number (1 to 9 digits); -1 otherwise.
@@ -55,9 +69,9 @@ inline bool CutSeverityWord(std::string_view* text, int* severity) {
       same = (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) == w.word[i];
     }
     if (!same) continue;
-    const std::string_view rest = SkipLeadingBlanks(text->substr(w.word.size()));
+    const std::string_view rest = SkipBlanks(text->substr(w.word.size()));
     if (rest.empty() || rest.front() != ':') continue;
-    *text = SkipLeadingBlanks(rest.substr(1));
+    *text = SkipBlanks(rest.substr(1));
     *severity = w.severity;
     return true;
   }
