@@ -16,6 +16,7 @@
 #include "platform/process_runner.h"
 #include "platform/ui_services.h"
 #include "quillon/quillon.h"
+#include "ui/dialog_views.h"
 
 namespace quillon {
 
@@ -41,6 +42,7 @@ class LibraryState {
   FileSystem* fs = &FileSystem::Default();
   UiServices* ui = &UiServices::Default();
   ProcessRunner* runner = &ProcessRunner::Default();
+  DialogViews* views = &DialogViews::Default();
 
   // The include graph, kept between builds; made on first use over `fs`.
   CDependencyScanner& Scanner();
@@ -73,6 +75,11 @@ class LibraryState {
 };
 
 LibraryState& State();
+
+// The whole dependency update of the default target, as the host asks for
+// it (without the change bracket): the output record first, then a scan
+// from scratch; without a default target only the warning beep.
+void UpdateAllDependencies(LibraryState& state);
 
 }  // namespace quillon
 
