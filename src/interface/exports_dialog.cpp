@@ -1,7 +1,12 @@
 // Dialog and export entry points. The dialogs' logic is in src/ui; here the
 // library's state is handed to it as the DialogHost.
+#include <ctime>
+#include <string>
+#include <vector>
+
 #include "interface/export_guard.h"
 #include "interface/library_state.h"
+#include "model/project_xml.h"
 #include "quillon/quillon.h"
 #include "ui/dialog_flows.h"
 #include "ui/dialog_views.h"
@@ -58,6 +63,36 @@ R RunDialog(R cancelled, Flow&& flow) {
   });
 }
 
+// "Monday, 23 November 2026 14:05:09": the long forms, in the C locale the
+// library runs in.
+std::string CreationStamp() {
+  const std::time_t now = std::time(nullptr);
+  const std::tm* local = std::localtime(&now);
+  char stamp[128] = "";
+  if (local != nullptr) std::strftime(stamp, sizeof stamp, "%A, %d %B %Y %H:%M:%S", local);
+  return stamp;
+}
+
+// The user's cancel, and a project without targets, end it quietly: the
+// export tells the user nothing. Hosts can read what happened.
+Status ExportProject(LibraryState& state) {
+  if (!state.project || state.project->first_target() == nullptr) {
+    return Status::Error("the project has no target to export");
+  }
+  std::string path = "*.xml";
+  if (!state.ui->AskSaveFileName("xml", "XML files(*.xml)|*.xml|All files (*.*)|*.*", &path)) {
+    return Status::Error("the export was cancelled");
+  }
+  CXmlWriter writer(*state.fs, -1);
+  if (!writer.Open(path)) return Status::Error("cannot create " + path);
+  std::vector<std::string> dependencies;
+  CDependencyScanner& scanner = state.Scanner();
+  for (size_t i = 0; i < scanner.node_count(); ++i) dependencies.push_back(scanner.NodeAt(i)->name());
+  Status written = WriteProjectXml(writer, *state.project, state.irf_file_name, dependencies,
+                                   CreationStamp());
+  return written.ok() ? written : Status::Error("cannot write " + path + ": " + written.message());
+}
+
 }  // namespace
 
 int QUILLON_CALL _DoProjectSettingsDialog(void) {
@@ -96,5 +131,9 @@ void QUILLON_CALL _DoLinkOrderDialog(void) {
 }
 
 int QUILLON_CALL _ProjectExport(void) {
-  return Guarded(0, [] { return State().project ? 0 : 0; });
+  return Guarded(0, [] {
+    LibraryState& state = State();
+    state.last_export = ExportProject(state);
+    return 0;
+  });
 }

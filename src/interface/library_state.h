@@ -14,6 +14,7 @@
 #include "model/registry/settings_registry.h"
 #include "platform/file_system.h"
 #include "platform/process_runner.h"
+#include "platform/status.h"
 #include "platform/ui_services.h"
 #include "quillon/quillon.h"
 #include "ui/dialog_views.h"
@@ -38,6 +39,8 @@ class LibraryState {
   TransferContext transfer;
   // Set when a change may have altered how project files are classified.
   bool project_changed = false;
+  // How the last _ProjectExport ended; the export itself tells nobody.
+  quillon::Status last_export;
 
   FileSystem* fs = &FileSystem::Default();
   UiServices* ui = &UiServices::Default();
