@@ -54,7 +54,7 @@ void CLinkOrderDialog::SelectFile(int index) {
   if (index >= 0 && index < static_cast<int>(files_.size())) file_selection_ = index;
 }
 
-void CLinkOrderDialog::MoveGroup(int delta) {
+void CLinkOrderDialog::MoveSelectedGroup(int delta) {
   const int to = MovedIndex(group_selection_, static_cast<int>(groups_.size()), delta);
   if (to < 0 || !project_.MoveLinkGroup(groups_[group_selection_], delta)) return;
   MoveEntry(groups_, group_selection_, to);
@@ -62,7 +62,7 @@ void CLinkOrderDialog::MoveGroup(int delta) {
   changed_ = true;
 }
 
-void CLinkOrderDialog::MoveFile(int delta) {
+void CLinkOrderDialog::MoveSelectedFile(int delta) {
   CLinkGroup* group = SelectedGroup();
   const int to = MovedIndex(file_selection_, static_cast<int>(files_.size()), delta);
   if (group == nullptr || to < 0) return;

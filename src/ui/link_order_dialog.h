@@ -25,8 +25,8 @@ class CLinkOrderDialog {
   void SelectFile(int index);
   // Delta >= 0 moves toward the end, below 0 toward the start; the
   // selection follows the entry.
-  void MoveGroup(int delta);
-  void MoveFile(int delta);
+  void MoveSelectedGroup(int delta);
+  void MoveSelectedFile(int delta);
 
   bool changed() const { return changed_; }
 

@@ -148,7 +148,7 @@ TEST_F(DialogFlowsTest, LinkOrderInstallsOnlyAChangeEndedWithOk) {
     fresh.current->AddLinkGroup("B");
     const CProjectData* before = fresh.current.get();
     fresh.scripted.link_order = [&](CLinkOrderDialog& d) {
-      if (c.move) d.MoveGroup(1);
+      if (c.move) d.MoveSelectedGroup(1);
       return c.ok;
     };
     RunLinkOrderFlow(fresh);

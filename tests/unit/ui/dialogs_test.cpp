@@ -203,25 +203,25 @@ TEST_F(DialogsTest, LinkOrderListsTheDefaultTargetsGroupsAndFileNamesOnly) {
 
   CLinkOrderDialog without_default(*CProjectData::Create());
   EXPECT_TRUE(without_default.groups().empty());
-  without_default.MoveGroup(1);
-  without_default.MoveFile(-1);
+  without_default.MoveSelectedGroup(1);
+  without_default.MoveSelectedFile(-1);
   EXPECT_FALSE(without_default.changed());
 }
 
 TEST_F(DialogsTest, LinkOrderMovesStopAtTheEnds) {
   ThreeTargets();
   CLinkOrderDialog dialog(project);
-  dialog.MoveGroup(-1);  // first toward the start
+  dialog.MoveSelectedGroup(-1);  // first toward the start
   dialog.SelectFile(2);
-  dialog.MoveFile(0);  // last toward the end (a zero delta moves toward the end)
+  dialog.MoveSelectedFile(0);  // last toward the end (a zero delta moves toward the end)
   EXPECT_FALSE(dialog.changed());
   EXPECT_EQ(dialog.groups(), (Names{"G1", "G2"}));
   EXPECT_EQ(dialog.files(), (Names{"one.c", "two.c", "three.s"}));
 
-  dialog.MoveFile(-1);
+  dialog.MoveSelectedFile(-1);
   EXPECT_EQ(dialog.files(), (Names{"one.c", "three.s", "two.c"}));
   EXPECT_EQ(dialog.file_selection(), 1);
-  dialog.MoveGroup(5);
+  dialog.MoveSelectedGroup(5);
   EXPECT_EQ(dialog.groups(), (Names{"G2", "G1"}));
   EXPECT_EQ(dialog.group_selection(), 1);
   EXPECT_TRUE(dialog.changed());
