@@ -179,20 +179,18 @@ class ProjectFilesView {
     const size_t pattern = 2 * static_cast<size_t>(type < 0 ? 0 : type) + 1;
     if (pattern >= filter.size()) return;
     const std::string folder = Folder();
-    std::set<std::string> seen;
-    std::vector<std::string> names;
+    // In name order, each once, whichever masks match it.
+    std::set<std::string> names;
     for (const std::string& mask : SplitAt(filter[pattern], ';')) {
       WIN32_FIND_DATAA found;
       HANDLE search = ::FindFirstFileA((folder + mask).c_str(), &found);
       if (search == INVALID_HANDLE_VALUE) continue;
       do {
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && seen.insert(found.cFileName).second) {
-          names.push_back(found.cFileName);
-        }
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.insert(found.cFileName);
       } while (::FindNextFileA(search, &found));
       ::FindClose(search);
     }
-    dialog_.AddFiles(folder, names);
+    dialog_.AddFiles(folder, std::vector<std::string>(names.begin(), names.end()));
     ShowGroupFiles();
   }
 
