@@ -118,18 +118,16 @@ TEST_F(DialogsTest, TargetsNewRenameSetDefaultDeleteThenOk) {
     Type(added, 1593, "Release");
     SendMessageA(Control(added, 1594), BM_SETCHECK, BST_CHECKED, 0);
     SendMessageA(Control(added, 1595), BM_SETCHECK, BST_UNCHECKED, 0);
-    Click(added, 1594);
-    WaitForDialog("New Target");
+    Press(added, 1594);
     EXPECT_THAT(ComboEntries(added, 1596), ElementsAre(kDebug));
     EXPECT_TRUE(IsWindowEnabled(Control(added, 1596)));
     Screenshot("new_target");
     PressKey(added, VK_RETURN);  // OK is the default button
     ASSERT_TRUE(WaitUntilClosed(added));
-    EXPECT_THAT(ListEntries(targets, 1501), ElementsAre(kDebug, "Release"));
+    EXPECT_TRUE(Eventually([&] { return ListEntries(targets, 1501) == Names{kDebug, "Release"}; }));
 
     SelectInList(targets, 1501, 1);
-    Click(targets, 1904);
-    WaitForDialog("Targets");
+    Press(targets, 1904);
     EXPECT_EQ(TextOf(Control(targets, 1701)), "Release");
 
     Click(targets, 1903);
@@ -151,8 +149,7 @@ TEST_F(DialogsTest, TargetsNewRenameSetDefaultDeleteThenOk) {
     Click(targets, 1902);
     EXPECT_EQ(AnswerMessageBox(IDYES),
               kDebug + std::string("\n\nAre you sure you want to delete this target ?"));
-    WaitForDialog("Targets");
-    EXPECT_THAT(ListEntries(targets, 1501), ElementsAre("Final"));
+    EXPECT_TRUE(Eventually([&] { return ListEntries(targets, 1501) == Names{"Final"}; }));
     EXPECT_EQ(TextOf(Control(targets, 1701)), "Final");
     Click(targets, IDOK);
     EXPECT_TRUE(WaitUntilClosed(targets));
@@ -173,8 +170,7 @@ TEST_F(DialogsTest, EscapeCancelsTheTargetsDialogAndItsEdits) {
     SelectInList(targets, 1501, 0);
     Click(targets, 1902);
     EXPECT_NE(AnswerMessageBox(IDYES), "");
-    WaitForDialog("Targets");
-    EXPECT_THAT(ListEntries(targets, 1501), IsEmpty());
+    EXPECT_TRUE(Eventually([&] { return ListEntries(targets, 1501).empty(); }));
     EXPECT_EQ(TextOf(Control(targets, 1701)), "");
     PressKey(targets, VK_ESCAPE);
     EXPECT_TRUE(WaitUntilClosed(targets));
@@ -253,8 +249,7 @@ TEST_F(DialogsTest, ProjectFilesAddsToTheChosenGroupAndRemoves) {
     Type(files, 1148, "uart.c");  // the file name box
     Type(files, 1152, "uart.c");
     Click(files, IDOK);
-    WaitForDialog("Project Files");
-    EXPECT_THAT(ListEntries(files, 1501), ElementsAre("uart.c"));
+    EXPECT_TRUE(Eventually([&] { return ListEntries(files, 1501) == Names{"uart.c"}; }));
     Type(files, 1148, "uart.c");
     Type(files, 1152, "uart.c");
     Click(files, IDOK);
@@ -264,11 +259,10 @@ TEST_F(DialogsTest, ProjectFilesAddsToTheChosenGroupAndRemoves) {
     EXPECT_THAT(ListEntries(files, 1501), IsEmpty());
     Click(files, 1902);  // Add All: the C files the first filter shows
     EXPECT_EQ(AnswerMessageBox(IDOK), "Some files were already in Project!");
-    EXPECT_THAT(ListEntries(files, 1501), ElementsAre("main.c", "util.c"));
+    EXPECT_TRUE(Eventually([&] { return ListEntries(files, 1501) == Names{"main.c", "util.c"}; }));
     Screenshot("project_files");
     SendMessageA(Control(files, 1501), LB_SETSEL, TRUE, 0);
-    Click(files, 1901);
-    WaitForDialog("Project Files");
+    Press(files, 1901);
     EXPECT_THAT(ListEntries(files, 1501), ElementsAre("util.c"));
     Click(files, 1903);
     EXPECT_TRUE(WaitUntilClosed(files));

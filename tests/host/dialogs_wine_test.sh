@@ -62,8 +62,10 @@ shoot() {
 ) &
 watcher_pid=$!
 
-# No window manager runs on the virtual display, so Wine draws the title
-# bars and frames itself, as Windows would.
-"$wine_run" --prefix "$prefix" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f \
+# No window manager runs on the virtual display: Wine's own desktop window
+# holds the dialogs and draws their frames, as Windows would.
+"$wine_run" --prefix "$prefix" reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f \
   >/dev/null 2>&1
+"$wine_run" --prefix "$prefix" reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default \
+  /d 1024x768 /f >/dev/null 2>&1
 "$wine_run" --prefix "$prefix" "$program" "$library" "Z:$shots"

@@ -43,6 +43,17 @@ BOOL CALLBACK MatchId(HWND window, LPARAM data) {
 // Lets the dialog's thread handle what was sent before the next look.
 void Settle(HWND dialog) { ::SendMessageA(dialog, WM_NULL, 0, 0); }
 
+// Wine without a window manager can leave a window opened over its owner
+// below the owner on the X display, so that it shows as a black hole in the
+// owner; moving it makes Wine stack it again. It moves down and to the
+// right of where it opened, as a cascade; the pictures show both windows.
+void Restack(HWND window) {
+  RECT rect;
+  ::GetWindowRect(window, &rect);
+  ::SetWindowPos(window, nullptr, rect.left + 24, rect.top + 24, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 }  // namespace
 
 HWND WaitForDialog(const char* title) {
@@ -51,6 +62,7 @@ HWND WaitForDialog(const char* title) {
     found = ::FindWindowA("#32770", title);
     return found != nullptr && ::IsWindowVisible(found) && ::IsWindowEnabled(found);
   });
+  if (found != nullptr && ::GetWindow(found, GW_OWNER) != nullptr) Restack(found);
   if (found != nullptr) Settle(found);
   return found;
 }
@@ -84,6 +96,14 @@ void Click(HWND dialog, int id) {
   // hold this thread until it closes.
   ::PostMessageA(parent, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
+
+void Press(HWND dialog, int id) {
+  HWND button = Control(dialog, id);
+  HWND parent = button ? ::GetParent(button) : dialog;
+  ::SendMessageA(parent, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+}
+
+bool Eventually(const std::function<bool()>& done) { return PollUntil(done); }
 
 void SelectInList(HWND dialog, int id, int index) {
   HWND list = Control(dialog, id);

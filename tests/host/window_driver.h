@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,12 @@ HWND Control(HWND dialog, int id);
 
 std::string TextOf(HWND window);
 void Type(HWND dialog, int id, const std::string& text);
-// WM_COMMAND as a click of button `id` sends it.
+// WM_COMMAND as a click of button `id` sends it: posted, for buttons that
+// open a dialog or a message box; Press waits until it was handled.
 void Click(HWND dialog, int id);
+void Press(HWND dialog, int id);
+// Whether `done` comes true within the bound, asked again and again.
+bool Eventually(const std::function<bool()>& done);
 void SelectInList(HWND dialog, int id, int index);
 void SelectInCombo(HWND dialog, int id, int index);
 std::vector<std::string> ListEntries(HWND dialog, int id);

@@ -54,14 +54,11 @@ void Win32Dialog::Enable(int id, bool enabled) const { ::EnableWindow(Item(id), 
 
 void Win32Dialog::FillList(int id, const std::vector<std::string>& entries, int selection) const {
   HWND list = Item(id);
-  ::SendMessageA(list, WM_SETREDRAW, FALSE, 0);
   ::SendMessageA(list, LB_RESETCONTENT, 0, 0);
   for (const std::string& entry : entries) {
     ::SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
   }
   ::SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(selection), 0);
-  ::SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-  ::InvalidateRect(list, nullptr, TRUE);
 }
 
 void Win32Dialog::FillCombo(int id, const std::vector<std::string>& entries, int selection) const {
