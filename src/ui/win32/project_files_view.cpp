@@ -138,7 +138,43 @@ class ProjectFilesView {
     }
   }
 
+  // Where control `id` of the open dialog lies, in this window's terms.
+  bool DialogControlRect(int id, RECT* rect) const {
+    HWND control = ::GetDlgItem(Dialog(), id);
+    if (control == nullptr || !::GetWindowRect(control, rect)) return false;
+    ::MapWindowPoints(nullptr, hwnd_, reinterpret_cast<POINT*>(rect), 2);
+    return true;
+  }
+
+  void Place(int id, LONG left, LONG width) const {
+    HWND control = Item(id);
+    RECT rect;
+    ::GetWindowRect(control, &rect);
+    ::MapWindowPoints(nullptr, hwnd_, reinterpret_cast<POINT*>(&rect), 2);
+    ::SetWindowPos(control, nullptr, left, rect.top, width, rect.bottom - rect.top,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+
+  // The group controls line up with the dialog's own, whatever its layout:
+  // their left edge with "File name:", the lists' right edge with the name
+  // box, the buttons in the column of Open and Cancel.
+  void LineUp() const {
+    RECT label, name, open;
+    if (!DialogControlRect(stc3, &label) || !DialogControlRect(cmb13, &name) ||
+        !DialogControlRect(IDOK, &open)) {
+      return;
+    }
+    for (int id : {IDC_ADD_TO_GROUP_LABEL, IDC_GROUP_FILES_LABEL}) {
+      Place(id, label.left, name.right - label.left);
+    }
+    for (int id : {IDC_ADD_TO_GROUP, IDC_GROUP_FILES}) Place(id, label.left, name.right - label.left);
+    for (int id : {IDC_REMOVE_FILES, IDC_ADD_ALL, IDC_FILES_OK}) {
+      Place(id, open.left, open.right - open.left);
+    }
+  }
+
   LRESULT OnNotify(OFNOTIFYA* notify) {
+    if (notify->hdr.code == CDN_INITDONE) LineUp();
     if (notify->hdr.code == CDN_SELCHANGE) FollowFileSelection();
     if (notify->hdr.code != CDN_FILEOK) return 0;
     AddChosen(*notify->lpOFN);
