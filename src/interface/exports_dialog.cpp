@@ -87,9 +87,10 @@ Status ExportProject(LibraryState& state) {
   if (!writer.Open(path)) return Status::Error("cannot create " + path);
   std::vector<std::string> dependencies;
   CDependencyScanner& scanner = state.Scanner();
-  for (size_t i = 0; i < scanner.node_count(); ++i) dependencies.push_back(scanner.NodeAt(i)->name());
-  Status written = WriteProjectXml(writer, *state.project, state.irf_file_name, dependencies,
-                                   CreationStamp());
+  for (size_t i = 0; i < scanner.node_count(); ++i)
+    dependencies.push_back(scanner.NodeAt(i)->name());
+  Status written =
+      WriteProjectXml(writer, *state.project, state.irf_file_name, dependencies, CreationStamp());
   return written.ok() ? written : Status::Error("cannot write " + path + ": " + written.message());
 }
 
@@ -104,9 +105,8 @@ int QUILLON_CALL _DoProjectSettingsDialog(void) {
 }
 
 int QUILLON_CALL _DoAddProjectFileDialog(intptr_t value) {
-  return RunDialog(0, [&](DialogHost& host) {
-    return RunProjectFilesFlow(host, static_cast<int>(value));
-  });
+  return RunDialog(
+      0, [&](DialogHost& host) { return RunProjectFilesFlow(host, static_cast<int>(value)); });
 }
 
 void QUILLON_CALL _DoTargetsDialog(void) {

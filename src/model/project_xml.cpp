@@ -3,8 +3,8 @@
 namespace quillon {
 
 Status WriteProjectXml(CXmlWriter& writer, const CProjectData& project,
-                       const std::string& project_name, const std::vector<std::string>& dependencies,
-                       const std::string& stamp) {
+                       const std::string& project_name,
+                       const std::vector<std::string>& dependencies, const std::string& stamp) {
   writer.Comment("Created on " + stamp);
   const char* top = writer.BeginElement("Project", "Name", &project_name);
   if (const CProjectTarget* first = project.first_target()) {

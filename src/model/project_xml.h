@@ -14,8 +14,8 @@ namespace quillon {
 // Writes the whole document into an open writer and closes it. `stamp` is
 // the creation date and time as the comment shows them.
 Status WriteProjectXml(CXmlWriter& writer, const CProjectData& project,
-                       const std::string& project_name, const std::vector<std::string>& dependencies,
-                       const std::string& stamp);
+                       const std::string& project_name,
+                       const std::vector<std::string>& dependencies, const std::string& stamp);
 
 }  // namespace quillon
 

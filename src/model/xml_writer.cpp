@@ -15,12 +15,23 @@ std::string XmlEscape(std::string_view text) {
   std::string out;
   for (char c : text) {
     switch (c) {
-      case '"': out += "&quot"; break;
-      case '&': out += "&amp"; break;
-      case '\'': out += "&apos"; break;
-      case '<': out += "&lt"; break;
-      case '>': out += "&gt"; break;
-      default: out += c;
+      case '"':
+        out += "&quot";
+        break;
+      case '&':
+        out += "&amp";
+        break;
+      case '\'':
+        out += "&apos";
+        break;
+      case '<':
+        out += "&lt";
+        break;
+      case '>':
+        out += "&gt";
+        break;
+      default:
+        out += c;
     }
     if (out.size() > kMaxEscaped) break;
   }
@@ -46,9 +57,7 @@ void CXmlWriter::Line(const std::string& text, int depth) {
   status_ = file_->Write(line.data(), line.size());
 }
 
-void CXmlWriter::Comment(std::string_view text) {
-  Line("<!-- " + std::string(text) + "-->", 0);
-}
+void CXmlWriter::Comment(std::string_view text) { Line("<!-- " + std::string(text) + "-->", 0); }
 
 const char* CXmlWriter::BeginElement(const char* name, const char* attribute,
                                      const std::string* value) {

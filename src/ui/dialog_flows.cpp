@@ -33,8 +33,7 @@ bool HasTarget(DialogHost& host) {
 }
 
 bool UserSaysYes(DialogHost& host, const char* question) {
-  return host.ui().ShowMessage(question, MessageBoxKind::kYesNoQuestion) ==
-         MessageBoxAnswer::kYes;
+  return host.ui().ShowMessage(question, MessageBoxKind::kYesNoQuestion) == MessageBoxAnswer::kYes;
 }
 
 }  // namespace

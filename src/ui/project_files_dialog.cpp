@@ -20,8 +20,8 @@ std::string WithoutIrfDir(std::string name) {
 
 }  // namespace
 
-CProjectFilesDialog::CProjectFilesDialog(CProjectData& project, DialogHost& host,
-                                         int group_index, bool object_files)
+CProjectFilesDialog::CProjectFilesDialog(CProjectData& project, DialogHost& host, int group_index,
+                                         bool object_files)
     : project_(project), host_(host), object_files_(object_files) {
   if (const CProjectTarget* first = project_.first_target()) {
     for (const auto& group : first->groups) groups_.push_back(group->name);

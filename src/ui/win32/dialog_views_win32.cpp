@@ -29,7 +29,8 @@ class TargetsView : public Win32Dialog {
     FillList(IDC_TARGET_LIST, dialog_.names(), dialog_.selection());
     SetText(IDC_CURRENT_TARGET, dialog_.current_target());
     const bool selected = dialog_.selection() >= 0;
-    for (int id : {IDC_TARGET_DELETE, IDC_TARGET_RENAME, IDC_TARGET_SET_DEFAULT}) Enable(id, selected);
+    for (int id : {IDC_TARGET_DELETE, IDC_TARGET_RENAME, IDC_TARGET_SET_DEFAULT})
+      Enable(id, selected);
   }
 
   void OnCommand(int id, int code) override {
@@ -38,13 +39,26 @@ class TargetsView : public Win32Dialog {
         if (code != LBN_SELCHANGE) return;
         dialog_.Select(ListSelection(IDC_TARGET_LIST));
         break;
-      case IDC_TARGET_NEW: dialog_.New(); break;
-      case IDC_TARGET_DELETE: dialog_.Delete(); break;
-      case IDC_TARGET_RENAME: dialog_.Rename(); break;
-      case IDC_TARGET_SET_DEFAULT: dialog_.SetDefault(); break;
-      case IDOK: End(true); return;
-      case IDCANCEL: End(false); return;
-      default: return;
+      case IDC_TARGET_NEW:
+        dialog_.New();
+        break;
+      case IDC_TARGET_DELETE:
+        dialog_.Delete();
+        break;
+      case IDC_TARGET_RENAME:
+        dialog_.Rename();
+        break;
+      case IDC_TARGET_SET_DEFAULT:
+        dialog_.SetDefault();
+        break;
+      case IDOK:
+        End(true);
+        return;
+      case IDCANCEL:
+        End(false);
+        return;
+      default:
+        return;
     }
     Show();
   }
@@ -99,8 +113,11 @@ class NewTargetView : public Win32Dialog {
           FocusEdit(IDC_TARGET_NAME);
         }
         return;
-      case IDCANCEL: End(false); return;
-      default: return;
+      case IDCANCEL:
+        End(false);
+        return;
+      default:
+        return;
     }
   }
 
@@ -214,9 +231,7 @@ class Win32DialogViews : public DialogViews {
     ::InitCommonControlsEx(&controls);
   }
 
-  bool RunTargets(CTargetsDialog& dialog) override {
-    return TargetsView(dialog).Run(IDD_TARGETS);
-  }
+  bool RunTargets(CTargetsDialog& dialog) override { return TargetsView(dialog).Run(IDD_TARGETS); }
   bool RunNewTarget(CNewTargetDialog& dialog) override {
     return NewTargetView(dialog).Run(IDD_NEW_TARGET);
   }

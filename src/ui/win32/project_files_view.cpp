@@ -22,7 +22,8 @@ constexpr size_t kFileBufferSize = 30000;
 std::vector<std::string> SplitAt(const std::string& text, char separator) {
   std::vector<std::string> parts;
   size_t start = 0;
-  for (size_t at = text.find(separator); at != std::string::npos; at = text.find(separator, start)) {
+  for (size_t at = text.find(separator); at != std::string::npos;
+       at = text.find(separator, start)) {
     parts.push_back(text.substr(start, at - start));
     start = at + 1;
   }
@@ -62,7 +63,8 @@ class ProjectFilesView {
  private:
   static UINT_PTR CALLBACK Hook(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_INITDIALOG) {
-      auto* self = reinterpret_cast<ProjectFilesView*>(reinterpret_cast<OPENFILENAMEA*>(lparam)->lCustData);
+      auto* self =
+          reinterpret_cast<ProjectFilesView*>(reinterpret_cast<OPENFILENAMEA*>(lparam)->lCustData);
       ::SetWindowLongPtrA(hwnd, DWLP_USER, reinterpret_cast<LONG_PTR>(self));
       self->hwnd_ = hwnd;
       self->OnInit();
@@ -167,7 +169,8 @@ class ProjectFilesView {
     for (int id : {IDC_ADD_TO_GROUP_LABEL, IDC_GROUP_FILES_LABEL}) {
       Place(id, label.left, name.right - label.left);
     }
-    for (int id : {IDC_ADD_TO_GROUP, IDC_GROUP_FILES}) Place(id, label.left, name.right - label.left);
+    for (int id : {IDC_ADD_TO_GROUP, IDC_GROUP_FILES})
+      Place(id, label.left, name.right - label.left);
     for (int id : {IDC_REMOVE_FILES, IDC_ADD_ALL, IDC_FILES_OK}) {
       Place(id, open.left, open.right - open.left);
     }

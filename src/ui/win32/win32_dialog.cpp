@@ -4,9 +4,9 @@ namespace quillon {
 
 HINSTANCE LibraryModule() {
   HMODULE module = nullptr;
-  ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(&LibraryModule), &module);
+  ::GetModuleHandleExA(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<LPCSTR>(&LibraryModule), &module);
   return module;
 }
 
@@ -42,7 +42,8 @@ INT_PTR CALLBACK Win32Dialog::Proc(HWND hwnd, UINT message, WPARAM wparam, LPARA
 std::string Win32Dialog::Text(int id) const {
   HWND item = Item(id);
   std::string text(static_cast<size_t>(::GetWindowTextLengthA(item)) + 1, '\0');
-  text.resize(static_cast<size_t>(::GetWindowTextA(item, text.data(), static_cast<int>(text.size()))));
+  text.resize(
+      static_cast<size_t>(::GetWindowTextA(item, text.data(), static_cast<int>(text.size()))));
   return text;
 }
 

@@ -72,22 +72,21 @@ TEST_F(XmlExportTest, FirstTargetsGroupsThenTheDependencies) {
   project->AddFile("<odd>.c", "A&B");
   // Only the default target has this group: it is not exported.
   project->FindTarget("Second")->AddGroup("SecondOnly");
-  EXPECT_EQ(Export({"/i/a.h", "/i/b\".h"}),
-            (std::vector<std::string>{
-                "<?xml version=\"1.0\" standalone=\"yes\"?>",
-                "<Project Name=\"P&ampQ\">",
-                "\t<Group Name=\"A&ampB\">",
-                "\t\t<File>it&aposs.c</File>",
-                "\t\t<File>&ltodd&gt.c</File>",
-                "\t</Group>",
-                "\t<Group Name=\"Empty\">",
-                "\t</Group>",
-                "\t<Dependencies>",
-                "\t\t<File>/i/a.h</File>",
-                "\t\t<File>/i/b&quot.h</File>",
-                "\t</Dependencies>",
-                "</Project>",
-            }));
+  EXPECT_EQ(Export({"/i/a.h", "/i/b\".h"}), (std::vector<std::string>{
+                                                "<?xml version=\"1.0\" standalone=\"yes\"?>",
+                                                "<Project Name=\"P&ampQ\">",
+                                                "\t<Group Name=\"A&ampB\">",
+                                                "\t\t<File>it&aposs.c</File>",
+                                                "\t\t<File>&ltodd&gt.c</File>",
+                                                "\t</Group>",
+                                                "\t<Group Name=\"Empty\">",
+                                                "\t</Group>",
+                                                "\t<Dependencies>",
+                                                "\t\t<File>/i/a.h</File>",
+                                                "\t\t<File>/i/b&quot.h</File>",
+                                                "\t</Dependencies>",
+                                                "</Project>",
+                                            }));
 }
 
 TEST_F(XmlExportTest, NoGroupsAndNoDependencies) {

@@ -1,9 +1,10 @@
 // How the dialog commands run: copies installed on OK and dropped on
 // Cancel, what the host is told, and the questions asked when a target or a
 // group is missing.
+#include "ui/dialog_flows.h"
+
 #include <gtest/gtest.h>
 
-#include "ui/dialog_flows.h"
 #include "unit/ui/dialog_test_support.h"
 
 namespace quillon {
@@ -140,7 +141,8 @@ TEST_F(DialogFlowsTest, LinkOrderInstallsOnlyAChangeEndedWithOk) {
     bool ok;
     bool installed;
   };
-  for (const Case& c : {Case{true, true, true}, Case{true, false, false}, Case{false, true, false}}) {
+  for (const Case& c :
+       {Case{true, true, true}, Case{true, false, false}, Case{false, true, false}}) {
     RecordingDialogHost fresh;
     fresh.current->AddTarget("Debug", "");
     fresh.current->SetDefaultTarget(fresh.current->first_target());

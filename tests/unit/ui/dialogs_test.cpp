@@ -96,8 +96,8 @@ TEST_F(DialogsTest, NewTargetNamesAreTrimmedBeforeTheyAreCompared) {
     std::string name;
   };
   const Case cases[] = {
-      {" B", false, ""},   {"B  ", false, ""},   {"\tB\t", false, ""},
-      {"b", true, "b"},    {"  New ", true, "New"}, {"   ", false, ""},
+      {" B", false, ""}, {"B  ", false, ""},      {"\tB\t", false, ""},
+      {"b", true, "b"},  {"  New ", true, "New"}, {"   ", false, ""},
   };
   for (const Case& c : cases) {
     CNewTargetDialog dialog(project, host.fake_ui);
@@ -182,7 +182,8 @@ TEST_F(DialogsTest, NewGroupLooksOnlyAtTheFirstTarget) {
     std::string typed;
     bool accepted;
   };
-  const Case cases[] = {{" G1 ", false}, {"G2", false}, {"OnlyInC", true}, {"g1", true}, {"", false}};
+  const Case cases[] = {
+      {" G1 ", false}, {"G2", false}, {"OnlyInC", true}, {"g1", true}, {"", false}};
   for (const Case& c : cases) {
     CNewGroupDialog dialog(project, host.fake_ui);
     EXPECT_EQ(dialog.Ok(c.typed), c.accepted) << c.typed;
@@ -247,7 +248,8 @@ TEST_F(DialogsTest, ProjectFilesFilterHasTheNonEmptyTypesInOrder) {
             "Compiler files (*.C;*.cpp)|*.C;*.cpp|Header files (*.H)|*.H|"
             "Asm Header files (*.INC)|*.INC|Object files (*.O;*.LIB)|*.O;*.LIB|"
             "All files (*.*)|*.*");
-  for (int id : {kCInpExtensions, kHeaderExtension, kAHeaderExtension}) options.SetString(id, "", 0);
+  for (int id : {kCInpExtensions, kHeaderExtension, kAHeaderExtension})
+    options.SetString(id, "", 0);
   EXPECT_EQ(CProjectFilesDialog(project, host, 0).filter(), "All files (*.*)|*.*");
 }
 
@@ -267,8 +269,8 @@ TEST_F(DialogsTest, ProjectFilesAddsBelowTheProjectUnderIrfDir) {
   const std::string uart = "$(IRFDIR)" + Native("drivers/uart.c");
   EXPECT_EQ(host.told, (Names{"1 " + uart + " G2", "1 $(IRFDIR)" + Native("drivers/spi.c") + " G2",
                               "1 " + Rooted("/elsewhere/x.c") + " G2"}));
-  EXPECT_EQ(dialog.files(), (Names{Native("drivers/uart.c"), Native("drivers/spi.c"),
-                                   Rooted("/elsewhere/x.c")}));
+  EXPECT_EQ(dialog.files(),
+            (Names{Native("drivers/uart.c"), Native("drivers/spi.c"), Rooted("/elsewhere/x.c")}));
   EXPECT_TRUE(project.FindTarget("C")->FindGroup("G2")->files.size() == 3);
   EXPECT_TRUE(project.target_set().dependencies_changed);
   EXPECT_TRUE(dialog.changed());
