@@ -1,5 +1,6 @@
 #include "ui/targets_dialog.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/path.h"
@@ -68,7 +69,10 @@ bool CRenameTargetDialog::Ok(const std::string& typed_name) {
 
 CTargetsDialog::CTargetsDialog(CProjectData& project, UiServices& ui, DialogViews& views)
     : project_(project), ui_(ui), views_(views) {
-  if (!project_.target_set().targets.empty()) selection_ = 0;
+  // It opens on the default target, else on the first.
+  const CProjectTargetSet& targets = project_.target_set();
+  if (!targets.targets.empty())
+    selection_ = std::max(0, targets.IndexOfTarget(targets.default_target));
 }
 
 std::vector<std::string> CTargetsDialog::names() const {

@@ -82,6 +82,7 @@ TEST_F(DialogsTest, ButtonsWithoutASelectionDoNothing) {
 TEST_F(DialogsTest, SetDefaultMakesTheSelectedTargetTheDefault) {
   ThreeTargets();
   CTargetsDialog dialog(project, host.fake_ui, host.scripted);
+  EXPECT_EQ(dialog.selection(), 1);  // it opens on the default target
   dialog.Select(2);
   dialog.SetDefault();
   EXPECT_EQ(dialog.current_target(), "C");
