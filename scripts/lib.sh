@@ -11,9 +11,11 @@ QUILLON_NATIVE_PACKAGES=(cmake ninja-build g++ googletest libgtest-dev libgmock-
   libbenchmark-dev libcli11-dev nlohmann-json3-dev python3 python3-jsonschema)
 # The example's Cortex-M target.
 QUILLON_FIRMWARE_PACKAGES=(gcc-arm-none-eabi libnewlib-arm-none-eabi binutils-arm-none-eabi)
-# Sanitizers and fuzzing with clang, the Windows cross builds and Wine.
+# Sanitizers and fuzzing with clang, the Windows cross builds and Wine; a
+# virtual display and the screenshot tools for the dialogs under Wine.
 QUILLON_EXTRA_PACKAGES=(clang libclang-rt-14-dev g++-mingw-w64-x86-64-posix
-  g++-mingw-w64-i686-posix binutils-mingw-w64-i686 binutils-mingw-w64-x86-64 wine64)
+  g++-mingw-w64-i686-posix binutils-mingw-w64-i686 binutils-mingw-w64-x86-64 wine64
+  xvfb x11-apps imagemagick)
 
 stage() {
   printf '\n==== %s ====\n' "$*"

@@ -50,21 +50,29 @@ int QUILLON_CALL _OnNewProject(void) {
   });
 }
 
+namespace quillon {
+
+void UpdateAllDependencies(LibraryState& state) {
+  CProjectTarget* target = state.project->default_target();
+  if (target == nullptr) {
+    if (state.project->global_options().GetInt(kBeepWhenDone, 0)) {
+      state.ui->Beep(kFailureTone.frequency_hz, kFailureTone.duration_ms);
+    }
+    return;
+  }
+  state.Output(OutputBuildMessages, OutputDependencyUpdate, "");
+  state.Scanner().SetReset();
+  UpdateDependencies(state, *target);
+}
+
+}  // namespace quillon
+
 void QUILLON_CALL _UpdateAllDependencies(void) {
   Guarded([] {
     LibraryState& state = State();
     if (!state.project) return;
     ChangeBracket bracket;
-    CProjectTarget* target = state.project->default_target();
-    if (target == nullptr) {
-      if (state.project->global_options().GetInt(kBeepWhenDone, 0)) {
-        state.ui->Beep(kFailureTone.frequency_hz, kFailureTone.duration_ms);
-      }
-      return;
-    }
-    state.Output(OutputBuildMessages, OutputDependencyUpdate, "");
-    state.Scanner().SetReset();
-    UpdateDependencies(state, *target);
+    UpdateAllDependencies(state);
   });
 }
 

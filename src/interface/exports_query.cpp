@@ -20,24 +20,6 @@ int NameAt(const Container& items, int index, std::string* out, NameOf name_of) 
   return count;
 }
 
-// "*.c;*.cpp" from "C;CPP".
-std::string MaskList(const std::string& extensions) {
-  std::string masks;
-  std::string_view rest(extensions);
-  while (!rest.empty()) {
-    size_t semi = rest.find(';');
-    std::string_view ext = TrimBlanks(rest.substr(0, semi));
-    if (!ext.empty()) {
-      if (!masks.empty()) masks += ';';
-      masks += "*.";
-      masks += ext;
-    }
-    if (semi == std::string_view::npos) break;
-    rest.remove_prefix(semi + 1);
-  }
-  return masks;
-}
-
 }  // namespace
 
 int QUILLON_CALL _GetTargetName(std::string* name, int index) {

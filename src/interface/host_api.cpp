@@ -196,6 +196,15 @@ Status ReadStore(const std::string& path, const std::function<void(const StoreEn
 
 bool HasDefaultTarget() { return DefaultTarget() != nullptr; }
 
+Status ExportXml(const std::string& path) {
+  LibraryState& state = State();
+  state.ui->AnswerNextSaveWith(path);
+  _ProjectExport();
+  // A save the export never asked for must not answer a later one.
+  state.ui->AnswerNextSaveWith(std::string());
+  return state.last_export;
+}
+
 bool CopyTarget(const std::string& name, const std::string& source) {
   if (!State().project || Project().FindTarget(source) == nullptr) return false;
   ChangeBracket bracket;

@@ -50,6 +50,12 @@ struct StoreEntry {
 // stored order. Fails as LoadProject does when the file is no store.
 Status ReadStore(const std::string& path, const std::function<void(const StoreEntry&)>& visit);
 
+// --- The XML export
+
+// Runs _ProjectExport with its save dialog answered by `path`, and tells
+// what the export keeps to itself: whether the document was written.
+Status ExportXml(const std::string& path);
+
 // --- Structure edits that no export offers
 
 // Whether the project has a default target.

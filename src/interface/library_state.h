@@ -15,8 +15,10 @@
 #include "model/registry/settings_registry.h"
 #include "platform/file_system.h"
 #include "platform/process_runner.h"
+#include "platform/status.h"
 #include "platform/ui_services.h"
 #include "quillon/quillon.h"
+#include "ui/dialog_views.h"
 
 namespace quillon {
 
@@ -38,10 +40,13 @@ class LibraryState {
   TransferContext transfer;
   // Set when a change may have altered how project files are classified.
   bool project_changed = false;
+  // How the last _ProjectExport ended; the export itself tells nobody.
+  quillon::Status last_export;
 
   FileSystem* fs = &FileSystem::Default();
   UiServices* ui = &UiServices::Default();
   ProcessRunner* runner = &ProcessRunner::Default();
+  DialogViews* views = &DialogViews::Default();
 
   // The include graph, kept between builds; made on first use over `fs`.
   CDependencyScanner& Scanner();
@@ -90,6 +95,11 @@ class LibraryState {
 };
 
 LibraryState& State();
+
+// The whole dependency update of the default target, as the host asks for
+// it (without the change bracket): the output record first, then a scan
+// from scratch; without a default target only the warning beep.
+void UpdateAllDependencies(LibraryState& state);
 
 }  // namespace quillon
 

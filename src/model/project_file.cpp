@@ -12,7 +12,13 @@ CProjectFile::CProjectFile(std::string file_name, std::unique_ptr<COptionSet> op
 
 void CProjectFile::set_file_name(std::string file_name) {
   file_name_ = std::move(file_name);
-  display_name_ = NameAndExtOfFile(file_name_);
+  // "$(IRFDIR)main.c" lies in the project's directory: it shows as "main.c".
+  std::string_view shown = file_name_;
+  constexpr std::string_view kIrfDir = "$(IRFDIR)";
+  if (shown.size() >= kIrfDir.size() && EqualsNoCase(shown.substr(0, kIrfDir.size()), kIrfDir)) {
+    shown.remove_prefix(kIrfDir.size());
+  }
+  display_name_ = NameAndExtOfFile(shown);
 }
 
 int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {

@@ -283,4 +283,20 @@ bool ExtensionInList(std::string_view extension, std::string_view list) {
   }
 }
 
+std::string MaskList(std::string_view extensions) {
+  std::string masks;
+  while (!extensions.empty()) {
+    const size_t semicolon = extensions.find(';');
+    const std::string_view ext = TrimBlanks(extensions.substr(0, semicolon));
+    if (!ext.empty()) {
+      if (!masks.empty()) masks += ';';
+      masks += "*.";
+      masks += ext;
+    }
+    if (semicolon == std::string_view::npos) break;
+    extensions.remove_prefix(semicolon + 1);
+  }
+  return masks;
+}
+
 }  // namespace quillon

@@ -82,6 +82,9 @@ inline bool EqualsNoCase(std::string_view a, std::string_view b) {
 // `list` ("C;CPP"), ignoring case; an empty extension never is.
 bool ExtensionInList(std::string_view extension, std::string_view list);
 
+// "*.c;*.cpp" from the extension list "C;CPP" (blank entries left out).
+std::string MaskList(std::string_view extensions);
+
 // Blanks (space and tab) cut at both ends.
 std::string_view TrimBlanks(std::string_view text);
 

@@ -24,9 +24,15 @@ class UiServices {
   virtual void Beep(int frequency_hz, int duration_ms) = 0;
   // False when the user cancelled; `path` holds the proposal on entry.
   // `filter` is "Description|pattern" pairs joined by '|', e.g.
-  // "Projects (*.qpj)|*.qpj|All files (*.*)|*.*".
-  virtual bool AskSaveFileName(const std::string& title, const std::string& filter,
+  // "Projects (*.qpj)|*.qpj|All files (*.*)|*.*"; `extension` (no dot) is
+  // added to a name typed without one. An existing file is replaced only
+  // after the user agreed.
+  virtual bool AskSaveFileName(const std::string& extension, const std::string& filter,
                                std::string* path) = 0;
+  // For hosts without a desktop (qpm): the path the next save dialog
+  // answers with, as if the user had chosen it. A desktop asks the user
+  // and ignores this.
+  virtual void AnswerNextSaveWith(const std::string& path) { (void)path; }
   // Nests: the cursor returns after the last EndWaitCursor.
   virtual void BeginWaitCursor() = 0;
   virtual void EndWaitCursor() = 0;

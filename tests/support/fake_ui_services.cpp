@@ -20,10 +20,10 @@ void FakeUiServices::Beep(int frequency_hz, int duration_ms) {
   beeps_.push_back({frequency_hz, duration_ms});
 }
 
-bool FakeUiServices::AskSaveFileName(const std::string& title, const std::string& filter,
+bool FakeUiServices::AskSaveFileName(const std::string& extension, const std::string& filter,
                                      std::string* path) {
   std::lock_guard<std::mutex> lock(mutex_);
-  save_requests_.push_back({title, filter, *path});
+  save_requests_.push_back({extension, filter, *path});
   if (save_answers_.empty()) return false;
   std::optional<std::string> answer = std::move(save_answers_.front());
   save_answers_.pop_front();

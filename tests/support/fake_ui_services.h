@@ -26,14 +26,14 @@ class FakeUiServices : public UiServices {
     int duration_ms;
   };
   struct SaveRequest {
-    std::string title;
+    std::string extension;
     std::string filter;
     std::string proposal;
   };
 
   MessageBoxAnswer ShowMessage(const std::string& text, MessageBoxKind kind) override;
   void Beep(int frequency_hz, int duration_ms) override;
-  bool AskSaveFileName(const std::string& title, const std::string& filter,
+  bool AskSaveFileName(const std::string& extension, const std::string& filter,
                        std::string* path) override;
   void BeginWaitCursor() override;
   void EndWaitCursor() override;

@@ -1,6 +1,7 @@
 // UiServices on POSIX, where the library has no desktop to talk to: messages
 // go to standard error and are answered with their default button.
 #include <cstdio>
+#include <utility>
 
 #include "platform/ui_services.h"
 
@@ -18,12 +19,21 @@ class PosixUiServices : public UiServices {
   // No speaker API; a terminal bell would only end up as noise in build logs.
   void Beep(int, int) override {}
 
-  bool AskSaveFileName(const std::string&, const std::string&, std::string*) override {
-    return false;
+  // Without a desktop only the host can choose: it names the file first,
+  // and a save it did not name is cancelled.
+  bool AskSaveFileName(const std::string&, const std::string&, std::string* path) override {
+    if (next_save_.empty()) return false;
+    *path = std::move(next_save_);
+    next_save_.clear();
+    return true;
   }
+  void AnswerNextSaveWith(const std::string& path) override { next_save_ = path; }
 
   void BeginWaitCursor() override {}
   void EndWaitCursor() override {}
+
+ private:
+  std::string next_save_;
 };
 
 }  // namespace

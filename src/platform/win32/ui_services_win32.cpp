@@ -43,7 +43,7 @@ class Win32UiServices : public UiServices {
     ::Beep(static_cast<DWORD>(frequency_hz), static_cast<DWORD>(duration_ms));
   }
 
-  bool AskSaveFileName(const std::string& title, const std::string& filter,
+  bool AskSaveFileName(const std::string& extension, const std::string& filter,
                        std::string* path) override {
     std::vector<char> name(32 * 1024, '\0');
     path->copy(name.data(), name.size() - 1);
@@ -54,7 +54,7 @@ class Win32UiServices : public UiServices {
     ofn.lpstrFilter = filter.empty() ? nullptr : filters.data();
     ofn.lpstrFile = name.data();
     ofn.nMaxFile = static_cast<DWORD>(name.size());
-    ofn.lpstrTitle = title.c_str();
+    ofn.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
     ofn.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (!::GetSaveFileNameA(&ofn)) return false;
     *path = name.data();

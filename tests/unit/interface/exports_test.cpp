@@ -6,6 +6,7 @@
 #include "model/registry/settings_registry.h"
 #include "platform/path.h"
 #include "quillon/quillon.h"
+#include "support/fake_file_system.h"
 #include "support/fake_ui_services.h"
 #include "support/memory_istream.h"
 #include "support/native_path.h"
@@ -136,6 +137,32 @@ TEST_F(ExportsTest, DirectoryAndFileQueriesAnswerOnlyWhatTheyKnow) {
   EXPECT_EQ(out, Native("/proj/"));
   EXPECT_EQ(_GetFullNameOfProjectFile("sub/x.c", &out, 0, 0), 1);
   EXPECT_EQ(out, Native("/proj/sub/x.c"));
+}
+
+TEST_F(ExportsTest, ProjectExportAsksWhereAndIsQuietOtherwise) {
+  FakeFileSystem fs;
+  fs.MakeDirectories(Native("/proj"));
+  State().SetFileSystem(&fs);
+  const std::string out = Native("/proj/out.xml");
+  _ProjectExport();  // a project without targets: not even the dialog
+  EXPECT_TRUE(ui.save_requests().empty());
+
+  BuildProject();
+  ui.QueueSaveAnswer(std::nullopt);
+  ui.QueueSaveAnswer(out);
+  _ProjectExport();
+  EXPECT_TRUE(fs.files_written().empty());
+  _ProjectExport();
+  ASSERT_EQ(ui.save_requests().size(), 2u);
+  EXPECT_EQ(ui.save_requests()[0].extension, "xml");
+  EXPECT_EQ(ui.save_requests()[0].proposal, "*.xml");
+  EXPECT_EQ(ui.save_requests()[0].filter, "XML files(*.xml)|*.xml|All files (*.*)|*.*");
+  const std::string text = fs.Contents(out);
+  EXPECT_NE(text.find("<Project Name=\"" + Native("/proj/demo.irf") + "\">"), std::string::npos);
+  EXPECT_NE(text.find("\t\t<File>start.asm</File>"), std::string::npos);
+  EXPECT_TRUE(heard.codes.empty());
+  EXPECT_TRUE(ui.messages().empty());
+  State().SetFileSystem(&FileSystem::Default());
 }
 
 }  // namespace
