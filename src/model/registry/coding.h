@@ -40,12 +40,15 @@ class ByteReader {
   uint16_t ReadFixed16() { return static_cast<uint16_t>(ReadFixed(2)); }
   uint32_t ReadFixed32() { return ReadFixed(4); }
 
-  // Replaces *out with the next `size` bytes, or with all that are left.
-  void ReadBytes(size_t size, std::string* out) {
+  // The next `size` bytes, or all that are left.
+  std::string_view ReadView(size_t size) {
     size_t taken = size < remaining() ? size : remaining();
-    out->assign(reinterpret_cast<const char*>(next_), taken);
+    std::string_view view(reinterpret_cast<const char*>(next_), taken);
     next_ += taken;
+    return view;
   }
+  void ReadBytes(size_t size, std::string* out) { out->assign(ReadView(size)); }
+  const char* position() const { return reinterpret_cast<const char*>(next_); }
 
  private:
   uint32_t ReadFixed(int size) {

@@ -2,32 +2,16 @@
 // its stream.
 #include "model/registry/settings_registry.h"
 
+#include <algorithm>
+#include <cstring>
+#include <new>
+
 #include "model/registry/registry_format.h"
 
 namespace quillon {
 namespace {
 
-std::unique_ptr<RegistryNode> NewRoot() {
-  auto root = std::make_unique<RegistryNode>();
-  root->name = "$";
-  root->type = kRegKey;
-  return root;
-}
-
-// Reads to the end, so parsing works on one buffer instead of many calls.
-std::string ReadWholeStream(ByteStream* stream) {
-  std::string bytes(64 * 1024, '\0');
-  size_t used = 0;
-  for (;;) {
-    if (used == bytes.size()) bytes.resize(bytes.size() * 2);
-    size_t wanted = bytes.size() - used;
-    size_t got = stream->Read(&bytes[used], wanted);
-    if (got == 0) break;
-    used += got < wanted ? got : wanted;
-  }
-  bytes.resize(used);
-  return bytes;
-}
+constexpr std::string_view kRootName = "$";
 
 // Splits off the path component that starts at *pos; false once past the
 // last one. Text after the last backslash (even none) is a component.
@@ -40,26 +24,17 @@ bool NextComponent(std::string_view path, size_t* pos, std::string_view* part) {
   return true;
 }
 
-// Below `key`, creates the keys named by every component of `path`.
-RegistryNode* CreateKeys(RegistryNode* key, std::string_view path) {
-  size_t pos = 0;
-  std::string_view part;
-  while (NextComponent(path, &pos, &part)) {
-    auto child = std::make_unique<RegistryNode>();
-    child->name = part;
-    key = key->InsertChild(std::move(child));
-  }
-  return key;
+bool Within(const RegistryNode* node, const RegistryNode* first, size_t count) {
+  auto at = reinterpret_cast<uintptr_t>(node);
+  auto start = reinterpret_cast<uintptr_t>(first);
+  return at >= start && at < start + count * sizeof(RegistryNode);
 }
 
 }  // namespace
 
 CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
-    : storing_(storing),
-      root_(NewRoot()),
-      base_(root_.get()),
-      current_(root_.get()),
-      stream_(stream) {
+    : storing_(storing), base_(&root_), current_(&root_), stream_(stream) {
+  ResetTree();
   if (!storing_) {
     ReadAll();
     return;
@@ -76,29 +51,109 @@ CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
 CSettingsRegistry::~CSettingsRegistry() {
   if (!storing_ || !stream_) return;
   std::string tree;
-  AppendRegistryTree(*root_, &tree);
+  AppendRegistryTree(root_, &tree);
   stream_->Write(tree.data(), tree.size());
 }
 
-void CSettingsRegistry::ReadAll() {
-  root_ = NewRoot();
-  base_ = current_ = root_.get();
+void CSettingsRegistry::ResetTree() {
+  root_ = RegistryNode();
+  RegistryCodec::SetName(root_, kRootName);
+  base_ = current_ = &root_;
   key_stack_.clear();
+  arena_.Clear();
+  file_ = std::string();
+}
+
+void CSettingsRegistry::ReadAll() {
+  ResetTree();
   if (!stream_) {
     last_error_ = kRegErrorOpening;
     return;
   }
-  last_error_ = ParseRegistryFile(ReadWholeStream(stream_), root_.get());
-  if (last_error_ != kRegOK) {
-    root_ = NewRoot();
-    base_ = current_ = root_.get();
+  // One buffer for the whole file: the tree keeps views into it.
+  file_ = stream_->ReadToEnd();
+  last_error_ = ParseRegistryFile(file_, &arena_, &root_);
+  if (last_error_ != kRegOK) ResetTree();
+}
+
+RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_view name,
+                                        size_t* at) const {
+  const size_t count = key->child_count();
+  if (count == 0) {
+    if (at) *at = 0;
+    return nullptr;
   }
+  RegistryNode* first = RegistryCodec::Kids(const_cast<RegistryNode&>(*key)).data;
+  if (Within(hint_, first, count)) {
+    if (RegistryNamesEqual(hint_->name(), name)) return hint_;
+    if (hint_ + 1 < first + count && RegistryNamesEqual(hint_[1].name(), name)) return ++hint_;
+  }
+  // Writes mostly come in name order: past the last child, no search.
+  if (at && CompareRegistryNames(first[count - 1].name(), name) < 0) {
+    *at = count;
+    return nullptr;
+  }
+  size_t place = LowerBoundOfName(first, count, name);
+  if (place < count && RegistryNamesEqual(first[place].name(), name)) return hint_ = first + place;
+  if (at) *at = place;
+  return nullptr;
+}
+
+RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::string_view name,
+                                          uint8_t type) {
+  auto& kids = RegistryCodec::Kids(*key);
+  RegistryNode* old = kids.data;
+  size_t count = kids.count;
+  if (count == kids.capacity) {
+    size_t capacity = count < 4 ? 4 : 2 * count;
+    RegistryNode* range = arena_.AllocateNodes(capacity);
+    if (at != 0) std::memcpy(static_cast<void*>(range), old, at * sizeof(RegistryNode));
+    if (at != count) {
+      std::memcpy(static_cast<void*>(range + at + 1), old + at, (count - at) * sizeof(RegistryNode));
+    }
+    kids.data = range;
+    kids.capacity = static_cast<uint32_t>(capacity);
+  } else if (at != count) {
+    std::memmove(static_cast<void*>(old + at + 1), old + at, (count - at) * sizeof(RegistryNode));
+  }
+  if (kids.data != old || at != count) FollowMove(old, count, kids.data, at);
+  kids.count = static_cast<uint32_t>(count + 1);
+  RegistryNode* node = new (&kids.data[at]) RegistryNode();
+  RegistryCodec::SetName(*node, std::string_view(arena_.Copy(name), name.size()));
+  RegistryCodec::SetType(*node, type);
+  if (type != kRegKey) RegistryCodec::Bytes(*node) = {nullptr, 0, 0};
+  return hint_ = node;
+}
+
+void CSettingsRegistry::FollowMove(const RegistryNode* from, size_t count, RegistryNode* to,
+                                   size_t gap) {
+  auto follow = [&](RegistryNode*& node) {
+    if (!Within(node, from, count)) return;
+    size_t index = static_cast<size_t>(node - from);
+    node = to + index + (index >= gap ? 1 : 0);
+  };
+  follow(base_);
+  follow(current_);
+  for (RegistryNode*& key : key_stack_) follow(key);
+}
+
+// Below `key`, creates the keys named by every component of `path`.
+RegistryNode* CSettingsRegistry::CreateKeys(RegistryNode* key, std::string_view path) {
+  size_t pos = 0;
+  std::string_view part;
+  while (NextComponent(path, &pos, &part)) {
+    size_t at = 0;
+    // None is there yet (the caller looked): this finds the place.
+    RegistryNode* found = Lookup(key, part, &at);
+    key = found ? found : AddChild(key, at, part, kRegKey);
+  }
+  return key;
 }
 
 std::string CSettingsRegistry::Serialize() const {
   std::string bytes;
   AppendRegistryHeader(&bytes);
-  AppendRegistryTree(*root_, &bytes);
+  AppendRegistryTree(root_, &bytes);
   return bytes;
 }
 
@@ -134,12 +189,12 @@ bool CSettingsRegistry::Walk(RegistryNode* start, std::string_view path, bool cr
   while (!path.empty()) {
     size_t component_start = pos;
     if (!NextComponent(path, &pos, &part)) break;
-    RegistryNode* child = node->FindChild(part);
+    RegistryNode* child = Lookup(node, part);
     if (!child && create) {
       node = CreateKeys(node, path.substr(component_start));
       break;
     }
-    if (!child || child->type != kRegKey) {
+    if (!child || child->type() != kRegKey) {
       last_error_ = child && create ? kRegTypeMismatch : kRegPathNotFound;
       return false;
     }
@@ -152,7 +207,7 @@ bool CSettingsRegistry::Walk(RegistryNode* start, std::string_view path, bool cr
 
 bool CSettingsRegistry::OpenKeyFromRoot(std::string_view path, bool create) {
   RegistryNode* key;
-  if (!Walk(root_.get(), path, create, &key)) return false;
+  if (!Walk(&root_, path, create, &key)) return false;
   base_ = current_ = key;
   return true;
 }
@@ -184,8 +239,8 @@ bool CSettingsRegistry::PopKey() {
 }
 
 bool CSettingsRegistry::HasKey(std::string_view name) const {
-  const RegistryNode* node = current_->FindChild(name);
-  return node && node->type == kRegKey;
+  const RegistryNode* node = Lookup(current_, name);
+  return node && node->type() == kRegKey;
 }
 
 }  // namespace quillon

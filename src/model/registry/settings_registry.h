@@ -15,7 +15,8 @@
 //
 // A reading store parses everything when it is built; a writing store writes
 // the header when built and the tree when destroyed. Each operation leaves a
-// code in LastError(); ErrorText() gives its fixed message.
+// code in LastError(); ErrorText() gives its fixed message. A store keeps
+// its whole tree in one arena (RegistryNode) and frees it at once.
 #ifndef QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 #define QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 
@@ -55,34 +56,83 @@ enum RegistryError {
 // Deeper nesting than this is refused on reading as an unsupported record.
 inline constexpr int kRegistryMaxDepth = 200;
 
-struct RegistryNode {
-  std::string name;
-  uint8_t type = kRegKey;
-  // Value by type; only the member of the node's type is meaningful.
-  int32_t int_value = 0;
-  uint32_t words64[2] = {0, 0};
-  std::string string_value;             // kRegString, kRegBuffer
-  std::vector<std::string> list_value;  // kRegStringList
-  std::vector<uint32_t> words_value;    // kRegWords
-  // Kept sorted by name (CompareRegistryNames); null until the first child.
-  std::unique_ptr<std::vector<std::unique_ptr<RegistryNode>>> children;
-
-  RegistryNode() = default;
-  // Frees the subtree without recursion, so any depth is safe.
-  ~RegistryNode();
-  RegistryNode(const RegistryNode&) = delete;
-  RegistryNode& operator=(const RegistryNode&) = delete;
-
-  // The child with that name, or null.
-  RegistryNode* FindChild(std::string_view child_name) const;
-  // Inserts in order; refuses (returns null) a name that is already there.
-  RegistryNode* InsertChild(std::unique_ptr<RegistryNode> child);
-  size_t child_count() const { return children ? children->size() : 0; }
-};
-
 // The one ordering of names in the store (and so of the bytes of every file).
 int CompareRegistryNames(std::string_view a, std::string_view b);
 
+// One node of the tree. Nodes live in their store's arena, a key's children
+// as one contiguous range in name order (CompareRegistryNames). A loaded
+// node's name and value are views into the file's bytes, which the store
+// keeps; names and values written at run time are copied into the arena.
+// Values are decoded when read. A node stays where it is until a child is
+// added to its parent key (the range may move then) or its store dies.
+class RegistryNode {
+ public:
+  std::string_view name() const { return {name_, name_size_}; }
+  uint8_t type() const { return type_; }
+  size_t child_count() const { return type_ == kRegKey ? kids_.count : 0; }
+  const RegistryNode& child(size_t index) const { return kids_.data[index]; }
+  // The child with that name, by binary search; null when there is none.
+  const RegistryNode* FindChild(std::string_view child_name) const;
+
+  // The value, decoded; only the accessors of the node's type are meaningful.
+  int32_t int_value() const { return number_; }
+  uint32_t int64_word(int which) const { return words64_[which != 0 ? 1 : 0]; }
+  // kRegString and kRegBuffer.
+  std::string_view string_value() const { return {bytes_.data, bytes_.size}; }
+  std::vector<std::string> list_value() const;
+  // The same elements as views into the store.
+  std::vector<std::string_view> list_views() const;
+  std::vector<uint32_t> words_value() const;
+
+ private:
+  friend class CSettingsRegistry;
+  friend class RegistryCodec;
+
+  struct Kids {
+    RegistryNode* data;
+    uint32_t count;
+    uint32_t capacity;
+  };
+  // Strings and buffers: the bytes. Lists and words: their encoded elements
+  // (RegistryCodec) and how many there are.
+  struct Bytes {
+    const char* data;
+    uint32_t size;
+    uint32_t count;
+  };
+
+  const char* name_ = nullptr;
+  uint32_t name_size_ = 0;
+  uint8_t type_ = kRegKey;
+  uint8_t list_form_ = 0;  // kRegStringList: see RegistryCodec
+  union {
+    Kids kids_{nullptr, 0, 0};
+    Bytes bytes_;
+    int32_t number_;
+    uint32_t words64_[2];
+  };
+};
+
+// Memory for nodes and run-time bytes, freed all at once with its store.
+class RegistryArena {
+ public:
+  RegistryArena() = default;
+  RegistryArena(const RegistryArena&) = delete;
+  RegistryArena& operator=(const RegistryArena&) = delete;
+
+  // Uninitialised, aligned for any node.
+  void* Allocate(size_t size);
+  RegistryNode* AllocateNodes(size_t count) {
+    return static_cast<RegistryNode*>(Allocate(count * sizeof(RegistryNode)));
+  }
+  const char* Copy(std::string_view bytes);
+  void Clear();
+
+ private:
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  char* next_ = nullptr;
+  size_t left_ = 0;
+};
 class CSettingsRegistry {
  public:
   // A writing store (storing) writes the header at once; a reading store
@@ -134,7 +184,7 @@ class CSettingsRegistry {
   bool WriteWords(std::string_view name, const std::vector<uint32_t>& words);
   bool ReadWords(std::string_view name, std::vector<uint32_t>* out);
 
-  const RegistryNode& root() const { return *root_; }
+  const RegistryNode& root() const { return root_; }
   const RegistryNode* current_key() const { return current_; }
 
   // The bytes a writing store would write for its tree, header included.
@@ -142,15 +192,33 @@ class CSettingsRegistry {
 
  private:
   bool Walk(RegistryNode* start, std::string_view path, bool create, RegistryNode** result);
+  // The child of `key` with that name, or null; then, with `at`, *at is
+  // where it would go in name order.
+  RegistryNode* Lookup(const RegistryNode* key, std::string_view name, size_t* at = nullptr) const;
+  RegistryNode* CreateKeys(RegistryNode* key, std::string_view path);
+  // Adds a child whose name is not there yet, at its place `at`.
+  RegistryNode* AddChild(RegistryNode* key, size_t at, std::string_view name, uint8_t type);
+  // Points the base, current and stacked keys that were among `count` nodes
+  // at `from` to where they are now: at `to`, with a gap made at `gap`.
+  void FollowMove(const RegistryNode* from, size_t count, RegistryNode* to, size_t gap);
   RegistryNode* FindValue(std::string_view name, uint8_t type);
   RegistryNode* PrepareWrite(std::string_view name, uint8_t type);
+  // Room for a new value of `size` bytes: the old one's when it fits.
+  char* ValueRoom(RegistryNode* node, size_t size);
+  void ResetTree();
   void ReadAll();
 
   bool storing_;
-  std::unique_ptr<RegistryNode> root_;
+  // The file read; loaded names and values are views into it.
+  std::string file_;
+  RegistryArena arena_;
+  RegistryNode root_;
   RegistryNode* base_;
   RegistryNode* current_;
   std::vector<RegistryNode*> key_stack_;
+  // The child found or made last: the next name asked for is often its own
+  // or its next sibling's.
+  mutable RegistryNode* hint_ = nullptr;
   int last_error_ = kRegOK;
   ByteStream* stream_;
 };

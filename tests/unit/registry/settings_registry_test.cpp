@@ -54,12 +54,12 @@ std::string Save(const std::function<void(CSettingsRegistry&)>& fill) {
 
 Strings ChildNames(const RegistryNode& key) {
   Strings names;
-  for (size_t i = 0; i < key.child_count(); ++i) names.push_back((*key.children)[i]->name);
+  for (size_t i = 0; i < key.child_count(); ++i) names.emplace_back(key.child(i).name());
   return names;
 }
 
 void ExpectEmptyTree(const CSettingsRegistry& store) {
-  EXPECT_EQ(store.root().name, "$");
+  EXPECT_EQ(store.root().name(), "$");
   EXPECT_EQ(store.root().child_count(), 0u);
   EXPECT_EQ(store.current_key(), &store.root());
 }
@@ -272,10 +272,10 @@ TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
   CSettingsRegistry store(nullptr, true);
   ASSERT_TRUE(store.OpenKeyFromRoot("Targets", true));
   ASSERT_TRUE(store.OpenIndexedKey("Target", 0, true, true));
-  EXPECT_EQ(store.current_key()->name, "Target[0]");
+  EXPECT_EQ(store.current_key()->name(), "Target[0]");
   ASSERT_TRUE(store.OpenKey("Options\\Compiler", true));
   EXPECT_TRUE(store.PopKey());
-  EXPECT_EQ(store.current_key()->name, "Targets");
+  EXPECT_EQ(store.current_key()->name(), "Targets");
   EXPECT_TRUE(store.HasKey("target[0]"));
 
   // The key stays pushed even when the open fails.
@@ -285,11 +285,11 @@ TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
   EXPECT_FALSE(store.PopKey());
 
   ASSERT_TRUE(store.OpenKeyFromBase("Target[0]\\Options", false));
-  EXPECT_EQ(store.current_key()->name, "Options");
+  EXPECT_EQ(store.current_key()->name(), "Options");
   ASSERT_TRUE(store.OpenKeyFromBase("", false));
-  EXPECT_EQ(store.current_key()->name, "Targets");
+  EXPECT_EQ(store.current_key()->name(), "Targets");
   ASSERT_TRUE(store.OpenIndexedKey("T", -1, true, false));
-  EXPECT_EQ(store.current_key()->name, "T[-1]");
+  EXPECT_EQ(store.current_key()->name(), "T[-1]");
   ASSERT_TRUE(store.OpenKeyFromRoot("", false));
   EXPECT_EQ(store.current_key(), &store.root());
 }
