@@ -1,5 +1,7 @@
 #include "model/project_file.h"
 
+#include <utility>
+
 #include "model/key_scope.h"
 #include "platform/path.h"
 
@@ -19,9 +21,10 @@ int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
   std::string stored = file_name_;
   store.ReadString("FileName", &stored);
-  set_file_name(stored);
-  store.ReadBool("IsChanged", &is_changed);
+  set_file_name(std::move(stored));
+  // In the store's name order.
   LoadOptionsKey(store, "FileOptios", *options_, pass);
+  store.ReadBool("IsChanged", &is_changed);
   return 1;
 }
 

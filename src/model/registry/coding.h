@@ -53,6 +53,11 @@ class ByteReader {
  private:
   uint32_t ReadFixed(int size) {
     uint32_t value = 0;
+    if (remaining() >= static_cast<size_t>(size)) {
+      for (int i = 0; i < size; ++i) value |= static_cast<uint32_t>(next_[i]) << (8 * i);
+      next_ += size;
+      return value;
+    }
     for (int i = 0; i < size && !AtEnd(); ++i) value |= static_cast<uint32_t>(*next_++) << (8 * i);
     return value;
   }

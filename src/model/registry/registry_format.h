@@ -16,8 +16,9 @@ inline constexpr int kRegistryReadableVersion = 0x0100;
 // The ten header bytes every writer emits.
 void AppendRegistryHeader(std::string* out);
 
-// The records of `root` and everything below it, depth first.
-void AppendRegistryTree(const RegistryNode& root, std::string* out);
+// The records of `root` and everything below it, depth first. `size_hint`
+// is how many bytes to make room for at once.
+void AppendRegistryTree(const RegistryNode& root, std::string* out, size_t size_hint = 0);
 
 // Parses a whole file (header included) into `root`, which must be a fresh
 // key; nodes go into `arena`, and names and values stay views into `bytes`,

@@ -45,7 +45,14 @@ int CompareRegistryNames(std::string_view a, std::string_view b) {
 
 bool RegistryNamesEqual(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
-  return std::memcmp(a.data(), b.data(), a.size()) == 0 || CompareRegistryNames(a, b) == 0;
+  size_t i = 0;
+  for (; a.size() - i >= 8; i += 8) {
+    if (std::memcmp(a.data() + i, b.data() + i, 8) != 0) break;
+  }
+  for (; i < a.size(); ++i) {
+    if (a[i] != b[i] && FoldCase(a[i]) != FoldCase(b[i])) return false;
+  }
+  return true;
 }
 
 const RegistryNode* RegistryNode::FindChild(std::string_view child_name) const {
@@ -110,6 +117,7 @@ void* RegistryArena::Allocate(size_t size) {
   void* memory = next_;
   next_ += size;
   left_ -= size;
+  used_ += size;
   return memory;
 }
 
@@ -124,6 +132,7 @@ void RegistryArena::Clear() {
   blocks_.clear();
   next_ = nullptr;
   left_ = 0;
+  used_ = 0;
 }
 
 }  // namespace quillon

@@ -1,6 +1,5 @@
-// Writing the store file. Large projects save tens of thousands of nodes, so
-// the image is sized in a first pass and then encoded in place, with no
-// per-field appends.
+// Writing the store file. Large projects save hundreds of thousands of
+// nodes, so each record is encoded in place with no per-field appends.
 #include <cstring>
 #include <vector>
 
@@ -138,13 +137,30 @@ void AppendRegistryHeader(std::string* out) {
   out->append(kWrittenVersion, sizeof kWrittenVersion);
 }
 
-void AppendRegistryTree(const RegistryNode& root, std::string* out) {
-  size_t size = 0;
-  ForEachRecord(root, [&size](const RegistryNode& node) { size += RecordSize(node); });
-  size_t start = out->size();
-  out->resize(start + size);
-  char* next = out->data() + start;
-  ForEachRecord(root, [&next](const RegistryNode& node) { next = EncodeRecord(next, node); });
+void AppendRegistryTree(const RegistryNode& root, std::string* out, size_t size_hint) {
+  out->reserve(out->size() + size_hint);
+  // One pass over the nodes (they are many, and scattered): each record is
+  // sized and encoded while its node is at hand, into a small buffer that is
+  // appended whenever it fills.
+  constexpr size_t kStage = 32 * 1024;
+  char stage[kStage];
+  size_t used = 0;
+  ForEachRecord(root, [&](const RegistryNode& node) {
+    size_t size = RecordSize(node);
+    if (size > kStage - used) {
+      out->append(stage, used);
+      used = 0;
+    }
+    if (size > kStage) {
+      size_t start = out->size();
+      out->resize(start + size);
+      EncodeRecord(out->data() + start, node);
+      return;
+    }
+    EncodeRecord(stage + used, node);
+    used += size;
+  });
+  out->append(stage, used);
 }
 
 }  // namespace quillon

@@ -30,6 +30,20 @@ bool Within(const RegistryNode* node, const RegistryNode* first, size_t count) {
   return at >= start && at < start + count * sizeof(RegistryNode);
 }
 
+// The i of a child named "<name>[i]", with i spelled as std::to_string
+// spells it; -1 for any other name.
+long IndexInName(std::string_view child, std::string_view name) {
+  if (child.size() < name.size() + 3 || child[name.size()] != '[' || child.back() != ']') return -1;
+  std::string_view digits = child.substr(name.size() + 1, child.size() - name.size() - 2);
+  if (digits.size() > 9 || (digits.size() > 1 && digits[0] == '0')) return -1;
+  long value = 0;
+  for (char digit : digits) {
+    if (digit < '0' || digit > '9') return -1;
+    value = value * 10 + (digit - '0');
+  }
+  return RegistryNamesEqual(child.substr(0, name.size()), name) ? value : -1;
+}
+
 }  // namespace
 
 CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
@@ -51,7 +65,7 @@ CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
 CSettingsRegistry::~CSettingsRegistry() {
   if (!storing_ || !stream_) return;
   std::string tree;
-  AppendRegistryTree(root_, &tree);
+  AppendRegistryTree(root_, &tree, SizeHint());
   stream_->Write(tree.data(), tree.size());
 }
 
@@ -60,6 +74,8 @@ void CSettingsRegistry::ResetTree() {
   RegistryCodec::SetName(root_, kRootName);
   base_ = current_ = &root_;
   key_stack_.clear();
+  hint_ = nullptr;
+  indexed_.key = nullptr;
   arena_.Clear();
   file_ = std::string();
 }
@@ -84,7 +100,10 @@ RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_vie
     return nullptr;
   }
   RegistryNode* first = RegistryCodec::Kids(const_cast<RegistryNode&>(*key)).data;
-  if (Within(hint_, first, count)) {
+  // In a key entered anew, the first name asked for is often the first.
+  if (!Within(hint_, first, count)) {
+    if (RegistryNamesEqual(first->name(), name)) return hint_ = first;
+  } else {
     if (RegistryNamesEqual(hint_->name(), name)) return hint_;
     if (hint_ + 1 < first + count && RegistryNamesEqual(hint_[1].name(), name)) return ++hint_;
   }
@@ -101,6 +120,7 @@ RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_vie
 
 RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::string_view name,
                                           uint8_t type) {
+  if (key == indexed_.key) indexed_.key = nullptr;
   auto& kids = RegistryCodec::Kids(*key);
   RegistryNode* old = kids.data;
   size_t count = kids.count;
@@ -132,28 +152,26 @@ void CSettingsRegistry::FollowMove(const RegistryNode* from, size_t count, Regis
     size_t index = static_cast<size_t>(node - from);
     node = to + index + (index >= gap ? 1 : 0);
   };
+  // A moved key's address may now be a sibling's.
+  indexed_.key = nullptr;
   follow(base_);
   follow(current_);
   for (RegistryNode*& key : key_stack_) follow(key);
 }
 
-// Below `key`, creates the keys named by every component of `path`.
+// Below `key`, which has no children, creates the keys named by every
+// component of `path`, each inside the one before.
 RegistryNode* CSettingsRegistry::CreateKeys(RegistryNode* key, std::string_view path) {
   size_t pos = 0;
   std::string_view part;
-  while (NextComponent(path, &pos, &part)) {
-    size_t at = 0;
-    // None is there yet (the caller looked): this finds the place.
-    RegistryNode* found = Lookup(key, part, &at);
-    key = found ? found : AddChild(key, at, part, kRegKey);
-  }
+  while (NextComponent(path, &pos, &part)) key = AddChild(key, 0, part, kRegKey);
   return key;
 }
 
 std::string CSettingsRegistry::Serialize() const {
   std::string bytes;
   AppendRegistryHeader(&bytes);
-  AppendRegistryTree(root_, &bytes);
+  AppendRegistryTree(root_, &bytes, SizeHint());
   return bytes;
 }
 
@@ -187,11 +205,13 @@ bool CSettingsRegistry::Walk(RegistryNode* start, std::string_view path, bool cr
   size_t pos = 0;
   std::string_view part;
   while (!path.empty()) {
-    size_t component_start = pos;
     if (!NextComponent(path, &pos, &part)) break;
-    RegistryNode* child = Lookup(node, part);
+    size_t at = 0;
+    RegistryNode* child = Lookup(node, part, create ? &at : nullptr);
     if (!child && create) {
-      node = CreateKeys(node, path.substr(component_start));
+      node = AddChild(node, at, part, kRegKey);
+      // The rest, if any, goes into keys made just now.
+      if (pos <= path.size()) node = CreateKeys(node, path.substr(pos));
       break;
     }
     if (!child || child->type() != kRegKey) {
@@ -222,11 +242,39 @@ bool CSettingsRegistry::OpenKey(std::string_view path, bool create) {
 
 bool CSettingsRegistry::OpenIndexedKey(std::string_view name, int index, bool create, bool push) {
   if (push) PushKey();
+  RegistryNode* child = nullptr;
+  if (!create && IndexedChild(name, index, &child)) {
+    if (!child || child->type() != kRegKey) {
+      last_error_ = kRegPathNotFound;
+      return false;
+    }
+    current_ = child;
+    last_error_ = kRegOK;
+    return true;
+  }
   std::string path(name);
   path += '[';
   path += std::to_string(index);
   path += ']';
   return OpenKey(path, create);
+}
+
+bool CSettingsRegistry::IndexedChild(std::string_view name, int index, RegistryNode** child) {
+  const size_t count = current_->child_count();
+  if (index < 0 || static_cast<size_t>(index) >= count) return false;
+  if (name.find('\\') != std::string_view::npos) return false;
+  if (indexed_.key != current_ || !RegistryNamesEqual(indexed_.name, name)) {
+    indexed_.key = current_;
+    indexed_.name.assign(name);
+    indexed_.by_index.assign(count, nullptr);
+    RegistryNode* first = RegistryCodec::Kids(*current_).data;
+    for (size_t i = 0; i < count; ++i) {
+      long at = IndexInName(first[i].name(), name);
+      if (at >= 0 && static_cast<size_t>(at) < count) indexed_.by_index[at] = first + i;
+    }
+  }
+  *child = indexed_.by_index[static_cast<size_t>(index)];
+  return true;
 }
 
 void CSettingsRegistry::PushKey() { key_stack_.push_back(current_); }

@@ -127,12 +127,36 @@ class RegistryArena {
   }
   const char* Copy(std::string_view bytes);
   void Clear();
+  // Bytes handed out so far.
+  size_t used() const { return used_; }
 
  private:
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* next_ = nullptr;
   size_t left_ = 0;
+  size_t used_ = 0;
 };
+// Calls visit(i) for every i below `count` in the name order of keys named
+// "name[i]" (a longer number before its own prefix: "x[10]" < "x[1]"), so
+// that writing them in this order only ever appends.
+template <typename Visit>
+void ForEachIndexInNameOrder(size_t count, Visit visit) {
+  struct Walker {
+    size_t count;
+    Visit& visit;
+    void Below(size_t prefix) {
+      for (size_t digit = 0; digit < 10; ++digit) {
+        size_t longer = prefix * 10 + digit;
+        if (longer >= count || longer / 10 != prefix) break;
+        Below(longer);
+      }
+      visit(prefix);
+    }
+  } walker{count, visit};
+  if (count > 0) visit(size_t{0});
+  for (size_t first = 1; first < 10 && first < count; ++first) walker.Below(first);
+}
+
 class CSettingsRegistry {
  public:
   // A writing store (storing) writes the header at once; a reading store
@@ -198,6 +222,9 @@ class CSettingsRegistry {
   RegistryNode* CreateKeys(RegistryNode* key, std::string_view path);
   // Adds a child whose name is not there yet, at its place `at`.
   RegistryNode* AddChild(RegistryNode* key, size_t at, std::string_view name, uint8_t type);
+  // For a reading open of "name[index]" from the current key: whether the
+  // index below can answer (then *child is the child, or null).
+  bool IndexedChild(std::string_view name, int index, RegistryNode** child);
   // Points the base, current and stacked keys that were among `count` nodes
   // at `from` to where they are now: at `to`, with a gap made at `gap`.
   void FollowMove(const RegistryNode* from, size_t count, RegistryNode* to, size_t gap);
@@ -207,6 +234,9 @@ class CSettingsRegistry {
   char* ValueRoom(RegistryNode* node, size_t size);
   void ResetTree();
   void ReadAll();
+  // About the size of the tree's records: every record's bytes are a view
+  // into the file read or were copied into the arena.
+  size_t SizeHint() const { return file_.size() + arena_.used(); }
 
   bool storing_;
   // The file read; loaded names and values are views into it.
@@ -219,6 +249,13 @@ class CSettingsRegistry {
   // The child found or made last: the next name asked for is often its own
   // or its next sibling's.
   mutable RegistryNode* hint_ = nullptr;
+  // The children of one key named "name[i]", by i (below the key's child
+  // count): keys opened one index after another are found without a search.
+  struct IndexedChildren {
+    const RegistryNode* key = nullptr;
+    std::string name;
+    std::vector<RegistryNode*> by_index;
+  } indexed_;
   int last_error_ = kRegOK;
   ByteStream* stream_;
 };
