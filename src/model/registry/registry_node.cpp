@@ -2,6 +2,7 @@
 // values decoded from their bytes, and the arena that holds them all.
 #include <algorithm>
 #include <cstring>
+#include <mutex>
 
 #include "model/registry/coding.h"
 #include "model/registry/registry_format.h"
@@ -19,6 +20,38 @@ unsigned char FoldCase(char c) {
 constexpr size_t kFirstBlock = 4 * 1024;
 constexpr size_t kLargestBlock = kFirstBlock << 8;
 
+// Full-size blocks of stores that died, kept for the next store: loading
+// and saving one project after another then reuses the same memory instead
+// of having the system map (and clear) it afresh each time.
+class SpareBlocks {
+ public:
+  static SpareBlocks& Get() {
+    static SpareBlocks* spare = new SpareBlocks;  // never destroyed: used until exit
+    return *spare;
+  }
+
+  std::unique_ptr<char[]> Take() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (blocks_.empty()) return nullptr;
+    std::unique_ptr<char[]> block = std::move(blocks_.back());
+    blocks_.pop_back();
+    return block;
+  }
+
+  void Give(std::vector<std::unique_ptr<char[]>>* blocks) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    for (auto& block : *blocks) {
+      if (block && blocks_.size() < kMaxBlocks) blocks_.push_back(std::move(block));
+    }
+    blocks->clear();
+  }
+
+ private:
+  static constexpr size_t kMaxBlocks = 64;  // 64 MiB
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+};
+
 }  // namespace
 
 // Only ASCII letters fold: names are bytes in the host's code page, and a
@@ -28,9 +61,17 @@ int CompareRegistryNames(std::string_view a, std::string_view b) {
   size_t i = 0;
   while (i < common) {
     // Equal bytes fold equal: skip them eight at a time.
-    if (common - i >= 8 && std::memcmp(a.data() + i, b.data() + i, 8) == 0) {
-      i += 8;
-      continue;
+    if (common - i >= 8) {
+      uint64_t x, y;
+      std::memcpy(&x, a.data() + i, 8);
+      std::memcpy(&y, b.data() + i, 8);
+      if (x == y) {
+        i += 8;
+        continue;
+      }
+#if defined(__GNUC__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+      i += static_cast<size_t>(__builtin_ctzll(x ^ y)) / 8;
+#endif
     }
     if (a[i] != b[i]) {
       unsigned char x = FoldCase(a[i]);
@@ -109,8 +150,16 @@ void* RegistryArena::Allocate(size_t size) {
   size = (size + kAlign - 1) & ~(kAlign - 1);
   if (size > left_) {
     size_t block = blocks_.size() < 8 ? kFirstBlock << blocks_.size() : kLargestBlock;
-    if (block < size) block = size;
-    blocks_.emplace_back(new char[block]);
+    std::unique_ptr<char[]> memory;
+    if (block == kLargestBlock && size <= block) memory = SpareBlocks::Get().Take();
+    if (!memory) {
+      if (block < size) block = size;
+      memory.reset(new char[block]);
+      if (block == kLargestBlock) full_blocks_.push_back(blocks_.size());
+    } else {
+      full_blocks_.push_back(blocks_.size());
+    }
+    blocks_.push_back(std::move(memory));
     next_ = blocks_.back().get();
     left_ = block;
   }
@@ -128,7 +177,13 @@ const char* RegistryArena::Copy(std::string_view bytes) {
   return copy;
 }
 
+RegistryArena::~RegistryArena() { Clear(); }
+
 void RegistryArena::Clear() {
+  std::vector<std::unique_ptr<char[]>> full;
+  for (size_t index : full_blocks_) full.push_back(std::move(blocks_[index]));
+  full_blocks_.clear();
+  if (!full.empty()) SpareBlocks::Get().Give(&full);
   blocks_.clear();
   next_ = nullptr;
   left_ = 0;

@@ -117,6 +117,9 @@ class RegistryNode {
 class RegistryArena {
  public:
   RegistryArena() = default;
+  // Full-size blocks go back to a process-wide spare list (up to 64 MiB)
+  // for the next store.
+  ~RegistryArena();
   RegistryArena(const RegistryArena&) = delete;
   RegistryArena& operator=(const RegistryArena&) = delete;
 
@@ -132,6 +135,8 @@ class RegistryArena {
 
  private:
   std::vector<std::unique_ptr<char[]>> blocks_;
+  // Which of blocks_ have the full size.
+  std::vector<size_t> full_blocks_;
   char* next_ = nullptr;
   size_t left_ = 0;
   size_t used_ = 0;
