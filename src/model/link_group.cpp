@@ -20,12 +20,17 @@ int CLinkGroup::IndexOfFile(const CProjectFile* file) const {
 int CLinkGroup::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
   store.ReadString("LinkGroupName", &name);
-  ForEachIndexedKey(store, "File", [&](int) {
-    auto file = std::make_unique<CProjectFile>(std::string(), owner->project().NewFileOptions());
-    file->group = this;
-    file->Load(store, pass);
-    files.push_back(std::move(file));
-  });
+  // The files are read in the order the store keeps them, each into its place.
+  const size_t first = files.size();
+  store.VisitIndexedKeys(
+      "File", [&](size_t count) { files.resize(first + count); },
+      [&](size_t index) {
+        auto file =
+            std::make_unique<CProjectFile>(std::string(), owner->project().NewFileOptions());
+        file->group = this;
+        file->Load(store, pass);
+        files[first + index] = std::move(file);
+      });
   LoadOptionsKey(store, "LinkGroupOptions", *options_, pass);
   return 1;
 }

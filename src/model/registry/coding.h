@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,22 @@ inline char* EncodeFixed16(char* dst, uint16_t value) {
 inline char* EncodeFixed32(char* dst, uint32_t value) {
   for (int i = 0; i < 4; ++i) dst[i] = static_cast<char>((value >> (8 * i)) & 0xFF);
   return dst + 4;
+}
+
+// Copies `size` bytes; names and most values are short, and copies of a
+// fixed width need no call.
+inline void CopyBytes(char* dst, const char* src, size_t size) {
+  if (size >= 8 && size <= 16) {
+    std::memcpy(dst, src, 8);
+    std::memcpy(dst + size - 8, src + size - 8, 8);
+  } else if (size >= 4 && size < 8) {
+    std::memcpy(dst, src, 4);
+    std::memcpy(dst + size - 4, src + size - 4, 4);
+  } else if (size < 4) {
+    for (size_t i = 0; i < size; ++i) dst[i] = src[i];
+  } else {
+    std::memcpy(dst, src, size);
+  }
 }
 
 // Reads from a byte range. Running past the end is not an error here: a

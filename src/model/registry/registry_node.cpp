@@ -173,7 +173,7 @@ void* RegistryArena::Allocate(size_t size) {
 const char* RegistryArena::Copy(std::string_view bytes) {
   if (bytes.empty()) return "";
   char* copy = static_cast<char*>(Allocate(bytes.size()));
-  std::memcpy(copy, bytes.data(), bytes.size());
+  CopyBytes(copy, bytes.data(), bytes.size());
   return copy;
 }
 

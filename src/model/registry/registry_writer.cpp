@@ -86,7 +86,7 @@ size_t RecordSize(const RegistryNode& node) {
 }
 
 char* EncodeBytes(char* dst, const char* bytes, size_t size) {
-  if (size != 0) std::memcpy(dst, bytes, size);
+  CopyBytes(dst, bytes, size);
   return dst + size;
 }
 

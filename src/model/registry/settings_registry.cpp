@@ -277,6 +277,40 @@ bool CSettingsRegistry::IndexedChild(std::string_view name, int index, RegistryN
   return true;
 }
 
+// Stored order is the keys' name order: visiting them so reads the store
+// front to back instead of jumping about it. A name with a backslash is a
+// path and matches no child.
+void CSettingsRegistry::VisitIndexedKeys(std::string_view name,
+                                         const std::function<void(size_t)>& count,
+                                         const std::function<void(size_t)>& visit) {
+  // One look at each child: which are keys "name[i]", where, and whether
+  // each i is there. No i reaches the number of children before one is missing.
+  const size_t children = current_->child_count();
+  const RegistryNode* first = children != 0 ? &current_->child(0) : nullptr;
+  std::vector<std::pair<size_t, size_t>> found;  // position, index
+  std::vector<bool> present(children, false);
+  for (size_t at = 0; at < children; ++at) {
+    long index = first[at].type() == kRegKey ? IndexInName(first[at].name(), name) : -1;
+    if (index < 0 || static_cast<size_t>(index) >= children) continue;
+    found.emplace_back(at, static_cast<size_t>(index));
+    present[static_cast<size_t>(index)] = true;
+  }
+  size_t keys = 0;
+  while (keys < children && present[keys]) ++keys;
+  count(keys);
+  if (keys == 0) return;
+  // The key is kept on the stack, which follows it should it move.
+  PushKey();
+  for (auto [at, index] : found) {
+    RegistryNode* key = key_stack_.back();
+    if (at >= key->child_count()) break;
+    if (index >= keys) continue;
+    current_ = RegistryCodec::Kids(*key).data + at;
+    visit(index);
+  }
+  PopKey();
+}
+
 void CSettingsRegistry::PushKey() { key_stack_.push_back(current_); }
 
 bool CSettingsRegistry::PopKey() {

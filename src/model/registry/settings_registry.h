@@ -21,6 +21,7 @@
 #define QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -187,6 +188,13 @@ class CSettingsRegistry {
   // Opens "name[index]" from the current key; with push, the current key is
   // saved on the key stack first (and stays saved even if the open fails).
   bool OpenIndexedKey(std::string_view name, int index, bool create, bool push);
+  // Reading "name[0]", "name[1]", ... up to the first index that is missing
+  // or no key: count(n) is told how many there are, then each becomes the
+  // current key in turn, in the order they are stored rather than by index,
+  // and visit(index) runs there. `visit` reads; it leaves the key stack as
+  // it found it. The current key is the same again afterwards.
+  void VisitIndexedKeys(std::string_view name, const std::function<void(size_t)>& count,
+                        const std::function<void(size_t)>& visit);
   void PushKey();
   // Returns false when the stack is empty.
   bool PopKey();
