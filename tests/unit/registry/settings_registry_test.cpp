@@ -349,6 +349,27 @@ TEST(RegistryKeysTest, IndexedOpenFindsWhatThePathFinds) {
   }
 }
 
+// Up to the first index that is missing or no key, in stored (name) order.
+TEST(RegistryKeysTest, IndexedKeysVisitedInStoredOrder) {
+  CSettingsRegistry store(nullptr, true);
+  for (int i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13}) {
+    ASSERT_TRUE(store.OpenKeyFromRoot("K\\F[" + std::to_string(i) + "]", true));
+    store.WriteInt("i", i);
+  }
+  ASSERT_TRUE(store.OpenKeyFromRoot("K", false));
+  store.WriteInt("F[12]", 12);
+  size_t count = 0;
+  std::vector<size_t> order;
+  store.VisitIndexedKeys("F", [&](size_t n) { count = n; }, [&](size_t index) {
+    int32_t i = -1;
+    EXPECT_TRUE(store.ReadInt("i", &i) && i == static_cast<int32_t>(index));
+    order.push_back(index);
+  });
+  EXPECT_EQ(count, 12u);
+  EXPECT_EQ(order, (std::vector<size_t>{0, 10, 11, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(store.current_key()->name(), "K");
+}
+
 TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
   CSettingsRegistry store(nullptr, true);
   ASSERT_TRUE(store.OpenKeyFromRoot("Targets", true));
