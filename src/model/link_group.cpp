@@ -1,5 +1,7 @@
 #include "model/link_group.h"
 
+#include <algorithm>
+
 #include "model/key_scope.h"
 #include "model/project_data.h"
 #include "model/project_target.h"
@@ -31,6 +33,8 @@ int CLinkGroup::Load(CSettingsRegistry& store, TransferPass pass) {
         file->Load(store, pass);
         files[first + index] = std::move(file);
       });
+  files.erase(std::remove(files.begin() + static_cast<std::ptrdiff_t>(first), files.end(), nullptr),
+              files.end());
   LoadOptionsKey(store, "LinkGroupOptions", *options_, pass);
   return 1;
 }

@@ -192,7 +192,8 @@ class CSettingsRegistry {
   // or no key: count(n) is told how many there are, then each becomes the
   // current key in turn, in the order they are stored rather than by index,
   // and visit(index) runs there. `visit` reads; it leaves the key stack as
-  // it found it. The current key is the same again afterwards.
+  // it found it. The current key is the same again afterwards. Unlike
+  // OpenIndexedKey, `name` is one key's name, never a path.
   void VisitIndexedKeys(std::string_view name, const std::function<void(size_t)>& count,
                         const std::function<void(size_t)>& visit);
   void PushKey();
