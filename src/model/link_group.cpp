@@ -41,8 +41,9 @@ int CLinkGroup::Load(CSettingsRegistry& store, TransferPass pass) {
 
 int CLinkGroup::Save(CSettingsRegistry& store, TransferPass pass) const {
   if (pass == TransferPass::kLocal) return 1;
-  store.WriteString("LinkGroupName", name);
+  // In the store's name order ("File[" before "LinkGroup").
   WriteIndexedKeys(store, "File", files.size(), [&](size_t k) { files[k]->Save(store, pass); });
+  store.WriteString("LinkGroupName", name);
   SaveOptionsKey(store, "LinkGroupOptions", *options_, pass);
   return 1;
 }

@@ -30,9 +30,10 @@ int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {
 
 int CProjectFile::Save(CSettingsRegistry& store, TransferPass pass) const {
   if (pass == TransferPass::kLocal) return 1;
+  // In the store's name order, so each key goes after the one before.
   store.WriteString("FileName", file_name_);
-  store.WriteBool("IsChanged", is_changed);
   SaveOptionsKey(store, "FileOptios", *options_, pass);
+  store.WriteBool("IsChanged", is_changed);
   return 1;
 }
 

@@ -76,6 +76,7 @@ void CSettingsRegistry::ResetTree() {
   key_stack_.clear();
   hint_ = nullptr;
   indexed_.key = nullptr;
+  for (std::string_view& name : recent_names_) name = std::string_view();
   arena_.Clear();
   file_ = std::string();
 }
@@ -125,7 +126,7 @@ RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::str
   RegistryNode* old = kids.data;
   size_t count = kids.count;
   if (count == kids.capacity) {
-    size_t capacity = count < 4 ? 4 : 2 * count;
+    size_t capacity = count < 8 ? 8 : 2 * count;
     RegistryNode* range = arena_.AllocateNodes(capacity);
     if (at != 0) std::memcpy(static_cast<void*>(range), old, at * sizeof(RegistryNode));
     if (at != count) {
@@ -139,10 +140,29 @@ RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::str
   if (kids.data != old || at != count) FollowMove(old, count, kids.data, at);
   kids.count = static_cast<uint32_t>(count + 1);
   RegistryNode* node = new (&kids.data[at]) RegistryNode();
-  RegistryCodec::SetName(*node, std::string_view(arena_.Copy(name), name.size()));
+  RegistryCodec::SetName(*node, OwnName(name));
   RegistryCodec::SetType(*node, type);
   if (type != kRegKey) RegistryCodec::Bytes(*node) = {nullptr, 0, 0};
   return hint_ = node;
+}
+
+std::string_view CSettingsRegistry::OwnName(std::string_view name) {
+  // The size and the first and last four bytes tell most names apart.
+  uint32_t head = 0, tail = 0;
+  if (name.size() >= 4) {
+    std::memcpy(&head, name.data(), 4);
+    std::memcpy(&tail, name.data() + name.size() - 4, 4);
+  } else {
+    for (char c : name) head = head * 31 + static_cast<unsigned char>(c);
+  }
+  uint32_t hash = (head * 0x9E3779B1u) ^ (tail * 0x85EBCA77u) ^ static_cast<uint32_t>(name.size());
+  std::string_view& recent = recent_names_[hash >> 24];
+  if (recent.size() == name.size() &&
+      (name.empty() || std::memcmp(recent.data(), name.data(), name.size()) == 0)) {
+    return recent;
+  }
+  recent = std::string_view(arena_.Copy(name), name.size());
+  return recent;
 }
 
 void CSettingsRegistry::FollowMove(const RegistryNode* from, size_t count, RegistryNode* to,

@@ -244,6 +244,8 @@ class CSettingsRegistry {
   void FollowMove(const RegistryNode* from, size_t count, RegistryNode* to, size_t gap);
   RegistryNode* FindValue(std::string_view name, uint8_t type);
   RegistryNode* PrepareWrite(std::string_view name, uint8_t type);
+  // A copy of a name given at run time, shared with nodes of the same name.
+  std::string_view OwnName(std::string_view name);
   // Room for a new value of `size` bytes: the old one's when it fits.
   char* ValueRoom(RegistryNode* node, size_t size);
   void ResetTree();
@@ -263,6 +265,10 @@ class CSettingsRegistry {
   // The child found or made last: the next name asked for is often its own
   // or its next sibling's.
   mutable RegistryNode* hint_ = nullptr;
+  // Names copied lately, by a hash of their bytes: keys and values repeat
+  // their names thousands of times ("FileName" in every file), and one copy
+  // each keeps them few and at hand.
+  std::string_view recent_names_[256];
   // The children of one key named "name[i]", by i (below the key's child
   // count): keys opened one index after another are found without a search.
   struct IndexedChildren {
