@@ -88,7 +88,8 @@ void BM_LoadProject(benchmark::State& state) {
     project->Initialise(0);
     store.OpenKey("Project", false);
     project->Load(store, TransferPass::kShared);
-    if (project->first_target() == nullptr || project->first_target()->files.size() != static_cast<size_t>(Files(state))) {
+    if (project->first_target() == nullptr ||
+        project->first_target()->files.size() != static_cast<size_t>(Files(state))) {
       state.SkipWithError("project did not load");
     }
   }

@@ -68,7 +68,8 @@ size_t ValueSize(const RegistryNode& node) {
     case kRegStringList: {
       if (RegistryCodec::ListForm(node) == kListExact) return 4 + size_t{value.size};
       size_t size = 4;
-      ForEachListElement(node, [&size](std::string_view text) { size += 2 + Length16(text.size()); });
+      ForEachListElement(node,
+                         [&size](std::string_view text) { size += 2 + Length16(text.size()); });
       return size;
     }
     case kRegBuffer:
@@ -81,8 +82,7 @@ size_t ValueSize(const RegistryNode& node) {
 }
 
 size_t RecordSize(const RegistryNode& node) {
-  return 1 + (node.type() == kRegKey ? 2 : 0) + 2 + Length16(node.name().size()) +
-         ValueSize(node);
+  return 1 + (node.type() == kRegKey ? 2 : 0) + 2 + Length16(node.name().size()) + ValueSize(node);
 }
 
 char* EncodeBytes(char* dst, const char* bytes, size_t size) {
@@ -106,7 +106,8 @@ char* EncodeValue(char* dst, const RegistryNode& node) {
       return EncodeString16(dst, node.string_value());
     case kRegStringList:
       dst = EncodeFixed32(dst, value.count);
-      if (RegistryCodec::ListForm(node) == kListExact) return EncodeBytes(dst, value.data, value.size);
+      if (RegistryCodec::ListForm(node) == kListExact)
+        return EncodeBytes(dst, value.data, value.size);
       ForEachListElement(node, [&dst](std::string_view text) { dst = EncodeString16(dst, text); });
       return dst;
     case kRegBuffer:

@@ -130,7 +130,8 @@ RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::str
     RegistryNode* range = arena_.AllocateNodes(capacity);
     if (at != 0) std::memcpy(static_cast<void*>(range), old, at * sizeof(RegistryNode));
     if (at != count) {
-      std::memcpy(static_cast<void*>(range + at + 1), old + at, (count - at) * sizeof(RegistryNode));
+      std::memcpy(static_cast<void*>(range + at + 1), old + at,
+                  (count - at) * sizeof(RegistryNode));
     }
     kids.data = range;
     kids.capacity = static_cast<uint32_t>(capacity);

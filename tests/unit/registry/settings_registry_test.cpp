@@ -129,8 +129,15 @@ TEST(RegistryFormatTest, OversizedFieldsAreCutToTheirWidth) {
 
 // Values of a loaded file replaced by shorter, longer and other values.
 TEST(RegistryFormatTest, ReplacedValuesOfALoadedFile) {
-  Loaded file(FileBytes().Header().Key("$", 3).String("a", "first").String("b", "second")
-                  .Record(kRegWords, "w").U32(1).U32(5).str());
+  Loaded file(FileBytes()
+                  .Header()
+                  .Key("$", 3)
+                  .String("a", "first")
+                  .String("b", "second")
+                  .Record(kRegWords, "w")
+                  .U32(1)
+                  .U32(5)
+                  .str());
   ASSERT_EQ(file.error(), kRegOK);
   CSettingsRegistry& store = file.store;
   EXPECT_TRUE(store.WriteString("a", "1st") && store.WriteString("B", "the second one"));
@@ -138,9 +145,17 @@ TEST(RegistryFormatTest, ReplacedValuesOfALoadedFile) {
   std::string a, b;
   EXPECT_TRUE(store.ReadString("a", &a) && store.ReadString("b", &b));
   EXPECT_EQ(a + "|" + b, "1st|the second one");
-  EXPECT_EQ(store.Serialize(), FileBytes().Header().Key("$", 4).String("a", "1st")
-                                   .String("b", "the second one").Int("c", 3)
-                                   .Record(kRegWords, "w").U32(2).U32(6).U32(7).str());
+  EXPECT_EQ(store.Serialize(), FileBytes()
+                                   .Header()
+                                   .Key("$", 4)
+                                   .String("a", "1st")
+                                   .String("b", "the second one")
+                                   .Int("c", 3)
+                                   .Record(kRegWords, "w")
+                                   .U32(2)
+                                   .U32(6)
+                                   .U32(7)
+                                   .str());
 }
 
 // Written in any order, names come back sorted (letters folded, bytes
@@ -307,7 +322,8 @@ TEST(RegistryKeysTest, KeysFollowTheirMovedSiblings) {
 
   store.PushKey();
   ASSERT_TRUE(store.OpenKeyFromRoot("q", false));
-  for (const char* name : {"y", "g", "x", "h", "w", "i"}) ASSERT_TRUE(store.OpenKeyFromBase(name, true));
+  for (const char* name : {"y", "g", "x", "h", "w", "i"})
+    ASSERT_TRUE(store.OpenKeyFromBase(name, true));
   EXPECT_TRUE(store.PopKey());
   EXPECT_TRUE(store.WriteInt("v", 1));
   Loaded file(store.Serialize());
@@ -319,7 +335,8 @@ TEST(RegistryKeysTest, KeysFollowTheirMovedSiblings) {
 TEST(RegistryKeysTest, IndicesInNameOrder) {
   for (size_t count : {0, 1, 10, 11, 1234}) {
     std::vector<std::string> names;
-    ForEachIndexInNameOrder(count, [&](size_t i) { names.push_back("x[" + std::to_string(i) + "]"); });
+    ForEachIndexInNameOrder(count,
+                            [&](size_t i) { names.push_back("x[" + std::to_string(i) + "]"); });
     ASSERT_EQ(names.size(), count);
     for (size_t i = 1; i < names.size(); ++i)
       EXPECT_LT(CompareRegistryNames(names[i - 1], names[i]), 0) << names[i];
@@ -360,11 +377,13 @@ TEST(RegistryKeysTest, IndexedKeysVisitedInStoredOrder) {
   store.WriteInt("F[12]", 12);
   size_t count = 0;
   std::vector<size_t> order;
-  store.VisitIndexedKeys("F", [&](size_t n) { count = n; }, [&](size_t index) {
-    int32_t i = -1;
-    EXPECT_TRUE(store.ReadInt("i", &i) && i == static_cast<int32_t>(index));
-    order.push_back(index);
-  });
+  store.VisitIndexedKeys(
+      "F", [&](size_t n) { count = n; },
+      [&](size_t index) {
+        int32_t i = -1;
+        EXPECT_TRUE(store.ReadInt("i", &i) && i == static_cast<int32_t>(index));
+        order.push_back(index);
+      });
   EXPECT_EQ(count, 12u);
   EXPECT_EQ(order, (std::vector<size_t>{0, 10, 11, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
   EXPECT_EQ(store.current_key()->name(), "K");
