@@ -1,5 +1,6 @@
 // Save and load of a big project (10,000 files in 4 targets, so 40,000 file
-// nodes) beside writing and reading the same number of bytes in one piece.
+// nodes; and 100,000 files, to show how the cost grows) beside writing and
+// reading the same bytes in one piece. The argument is the number of files.
 //
 //   build/release/bench/project_bench --benchmark_counters_tabular=true
 #include <benchmark/benchmark.h>
@@ -14,20 +15,26 @@
 namespace quillon {
 namespace {
 
-constexpr int kFiles = 10000;
 constexpr int kTargets = 4;
 constexpr int kGroups = 20;
 
-std::unique_ptr<CProjectData> BigProject() {
+int Files(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
+
+// File i goes to group i % kGroups. Filling one group after the other gives
+// the same project as adding the files in order, without moving the target's
+// file list at every file.
+std::unique_ptr<CProjectData> BigProject(int files) {
   auto project = CProjectData::Create(0);
   project->Initialise(0);
   project->set_project_file("/bench/big.qpj");
   project->AddTarget("Debug", "");
   for (int g = 0; g < kGroups; ++g) project->AddLinkGroup("Group " + std::to_string(g));
-  for (int i = 0; i < kFiles; ++i) {
-    std::string group = "Group " + std::to_string(i % kGroups);
-    project->AddFile("src/module" + std::to_string(i % 97) + "/file" + std::to_string(i) + ".c",
-                     group);
+  for (int g = 0; g < kGroups; ++g) {
+    std::string group = "Group " + std::to_string(g);
+    for (int i = g; i < files; i += kGroups) {
+      project->AddFile("src/module" + std::to_string(i % 97) + "/file" + std::to_string(i) + ".c",
+                       group);
+    }
   }
   for (int t = 1; t < kTargets; ++t) project->AddTarget("Target " + std::to_string(t), "Debug");
   project->SetDefaultTarget(project->first_target());
@@ -41,20 +48,22 @@ std::string SaveToBytes(const CProjectData& project) {
   return store.Serialize();
 }
 
-std::string TempPath() {
+std::string TempPath(int files) {
   const char* dir = std::getenv("TMPDIR");
-  return std::string(dir ? dir : "/tmp") + "/quillon_project_bench.qpj";
+  return std::string(dir ? dir : "/tmp") + "/quillon_project_bench_" + std::to_string(files) +
+         ".qpj";
 }
 
 void SetBytes(benchmark::State& state, size_t bytes) {
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
   state.counters["bytes"] = static_cast<double>(bytes);
+  state.counters["file_nodes"] = static_cast<double>(Files(state) * kTargets);
 }
 
 void BM_SaveProject(benchmark::State& state) {
-  auto project = BigProject();
+  auto project = BigProject(Files(state));
   FileSystem& fs = FileSystem::Default();
-  std::string path = TempPath();
+  std::string path = TempPath(Files(state));
   size_t bytes = 0;
   for (auto _ : state) {
     std::string image = SaveToBytes(*project);
@@ -66,8 +75,8 @@ void BM_SaveProject(benchmark::State& state) {
 
 void BM_LoadProject(benchmark::State& state) {
   FileSystem& fs = FileSystem::Default();
-  std::string path = TempPath();
-  fs.WriteFile(path, SaveToBytes(*BigProject()));
+  std::string path = TempPath(Files(state));
+  fs.WriteFile(path, SaveToBytes(*BigProject(Files(state))));
   size_t bytes = 0;
   for (auto _ : state) {
     std::string image;
@@ -79,7 +88,8 @@ void BM_LoadProject(benchmark::State& state) {
     project->Initialise(0);
     store.OpenKey("Project", false);
     project->Load(store, TransferPass::kShared);
-    if (project->first_target() == nullptr || project->first_target()->files.size() != kFiles) {
+    if (project->first_target() == nullptr ||
+        project->first_target()->files.size() != static_cast<size_t>(Files(state))) {
       state.SkipWithError("project did not load");
     }
   }
@@ -88,8 +98,8 @@ void BM_LoadProject(benchmark::State& state) {
 
 void BM_RawWrite(benchmark::State& state) {
   FileSystem& fs = FileSystem::Default();
-  std::string image = SaveToBytes(*BigProject());
-  std::string path = TempPath() + ".raw";
+  std::string image = SaveToBytes(*BigProject(Files(state)));
+  std::string path = TempPath(Files(state)) + ".raw";
   for (auto _ : state) {
     if (!fs.WriteFile(path, image).ok()) state.SkipWithError("write failed");
   }
@@ -98,8 +108,8 @@ void BM_RawWrite(benchmark::State& state) {
 
 void BM_RawRead(benchmark::State& state) {
   FileSystem& fs = FileSystem::Default();
-  std::string path = TempPath() + ".raw";
-  fs.WriteFile(path, SaveToBytes(*BigProject()));
+  std::string path = TempPath(Files(state)) + ".raw";
+  fs.WriteFile(path, SaveToBytes(*BigProject(Files(state))));
   size_t bytes = 0;
   for (auto _ : state) {
     std::string image;
@@ -110,10 +120,15 @@ void BM_RawRead(benchmark::State& state) {
   SetBytes(state, bytes);
 }
 
-BENCHMARK(BM_SaveProject)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_LoadProject)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RawWrite)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RawRead)->Unit(benchmark::kMillisecond);
+// Each project's cases side by side: save, load, raw write, raw read.
+BENCHMARK(BM_SaveProject)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadProject)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawWrite)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawRead)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveProject)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadProject)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawWrite)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RawRead)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quillon

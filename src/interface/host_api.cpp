@@ -72,25 +72,27 @@ StoreType TypeOf(uint8_t type) {
 }
 
 StoreEntry EntryOf(const RegistryNode& node, int depth) {
-  StoreEntry entry{depth, TypeOf(node.type), node.name, {}, {}};
+  StoreEntry entry{depth, TypeOf(node.type()), node.name(), {}, {}};
   switch (entry.type) {
     case StoreType::kKey:
       break;
     case StoreType::kInt:
-      entry.numbers = {node.int_value};
+      entry.numbers = {node.int_value()};
       break;
     case StoreType::kInt64:
-      entry.numbers = {node.words64[0], node.words64[1]};
+      entry.numbers = {node.int64_word(0), node.int64_word(1)};
       break;
-    case StoreType::kWords:
-      entry.numbers.assign(node.words_value.begin(), node.words_value.end());
+    case StoreType::kWords: {
+      std::vector<uint32_t> words = node.words_value();
+      entry.numbers.assign(words.begin(), words.end());
       break;
+    }
     case StoreType::kString:
     case StoreType::kBuffer:
-      entry.texts = {node.string_value};
+      entry.texts = {node.string_value()};
       break;
     case StoreType::kList:
-      entry.texts.assign(node.list_value.begin(), node.list_value.end());
+      entry.texts = node.list_views();
       break;
   }
   return entry;
@@ -187,9 +189,7 @@ Status ReadStore(const std::string& path, const std::function<void(const StoreEn
     auto [node, depth] = pending.back();
     pending.pop_back();
     visit(EntryOf(*node, depth));
-    for (size_t i = node->child_count(); i-- > 0;) {
-      pending.emplace_back((*node->children)[i].get(), depth + 1);
-    }
+    for (size_t i = node->child_count(); i-- > 0;) pending.emplace_back(&node->child(i), depth + 1);
   }
   return Status::OK();
 }

@@ -51,25 +51,27 @@ int CFileOptions::GetInt(int id, int mode) const {
 
 int CUnivFileOptions::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
+  // In the store's name order: each name is found next to the one before.
+  store.ReadString("AssemblerOptions", &assembler_options_);
+  store.ReadBool("AssemblerOptionsWR", &assembler_options_own_);
+  store.ReadString("CompilerOptions", &compiler_options_);
+  store.ReadBool("CompilerOptionsWR", &compiler_options_own_);
   CFileOptions::Load(store, pass);
   ReadIntFlag(store, "RunAssembler", &run_assembler_);
   store.ReadBool("RunAssemblerWR", &run_assembler_own_);
-  store.ReadString("CompilerOptions", &compiler_options_);
-  store.ReadBool("CompilerOptionsWR", &compiler_options_own_);
-  store.ReadString("AssemblerOptions", &assembler_options_);
-  store.ReadBool("AssemblerOptionsWR", &assembler_options_own_);
   return 1;
 }
 
 int CUnivFileOptions::Save(CSettingsRegistry& store, TransferPass pass) const {
   if (pass == TransferPass::kLocal) return 1;
+  // In the store's name order: each name goes after the one before.
+  store.WriteString("AssemblerOptions", assembler_options_);
+  store.WriteBool("AssemblerOptionsWR", assembler_options_own_);
+  store.WriteString("CompilerOptions", compiler_options_);
+  store.WriteBool("CompilerOptionsWR", compiler_options_own_);
   CFileOptions::Save(store, pass);
   store.WriteBool("RunAssembler", run_assembler_ != 0, /*yes_no=*/true);
   store.WriteBool("RunAssemblerWR", run_assembler_own_);
-  store.WriteString("CompilerOptions", compiler_options_);
-  store.WriteBool("CompilerOptionsWR", compiler_options_own_);
-  store.WriteString("AssemblerOptions", assembler_options_);
-  store.WriteBool("AssemblerOptionsWR", assembler_options_own_);
   return 1;
 }
 

@@ -31,13 +31,14 @@ void ForEachIndexedKey(CSettingsRegistry& store, const char* name, Body body) {
   }
 }
 
-// Writes `body(index)` into "name[index]" for index 0..count-1.
+// Writes `body(index)` into "name[index]" for index 0..count-1, in the
+// keys' name order, so that each new key goes at the end of its siblings.
 template <typename Body>
 void WriteIndexedKeys(CSettingsRegistry& store, const char* name, size_t count, Body body) {
-  for (size_t index = 0; index < count; ++index) {
+  ForEachIndexInNameOrder(count, [&](size_t index) {
     if (store.OpenIndexedKey(name, static_cast<int>(index), true, true)) body(index);
     store.PopKey();
-  }
+  });
 }
 
 inline void LoadOptionsKey(CSettingsRegistry& store, const char* name, COptionSet& set,

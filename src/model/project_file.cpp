@@ -1,5 +1,7 @@
 #include "model/project_file.h"
 
+#include <utility>
+
 #include "model/key_scope.h"
 #include "platform/path.h"
 
@@ -25,17 +27,19 @@ int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {
   if (pass == TransferPass::kLocal) return 1;
   std::string stored = file_name_;
   store.ReadString("FileName", &stored);
-  set_file_name(stored);
-  store.ReadBool("IsChanged", &is_changed);
+  set_file_name(std::move(stored));
+  // In the store's name order.
   LoadOptionsKey(store, "FileOptios", *options_, pass);
+  store.ReadBool("IsChanged", &is_changed);
   return 1;
 }
 
 int CProjectFile::Save(CSettingsRegistry& store, TransferPass pass) const {
   if (pass == TransferPass::kLocal) return 1;
+  // In the store's name order, so each key goes after the one before.
   store.WriteString("FileName", file_name_);
-  store.WriteBool("IsChanged", is_changed);
   SaveOptionsKey(store, "FileOptios", *options_, pass);
+  store.WriteBool("IsChanged", is_changed);
   return 1;
 }
 

@@ -18,8 +18,8 @@ void CheckLookups(const RegistryNode& root) {
     const RegistryNode* key = pending.back();
     pending.pop_back();
     for (size_t i = 0; i < key->child_count(); ++i) {
-      const RegistryNode* child = (*key->children)[i].get();
-      if (key->FindChild(child->name) != child) __builtin_trap();
+      const RegistryNode* child = &key->child(i);
+      if (key->FindChild(child->name()) != child) __builtin_trap();
       pending.push_back(child);
     }
   }

@@ -16,9 +16,13 @@ class ByteStream {
   virtual size_t Read(void* buffer, size_t size) = 0;
   // Returns false when not every byte could be written.
   virtual bool Write(const void* data, size_t size) = 0;
+  // Everything from here to the end, in one buffer.
+  virtual std::string ReadToEnd();
 };
 
 // A stream over a string in memory: reads from the start, appends on write.
+// Reading to the end from the start hands the string over without a copy
+// (the stream is empty afterwards).
 class MemoryByteStream : public ByteStream {
  public:
   MemoryByteStream() = default;
@@ -26,6 +30,7 @@ class MemoryByteStream : public ByteStream {
 
   size_t Read(void* buffer, size_t size) override;
   bool Write(const void* data, size_t size) override;
+  std::string ReadToEnd() override;
 
   const std::string& contents() const { return contents_; }
   std::string& contents() { return contents_; }

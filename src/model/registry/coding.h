@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,22 @@ inline char* EncodeFixed16(char* dst, uint16_t value) {
 inline char* EncodeFixed32(char* dst, uint32_t value) {
   for (int i = 0; i < 4; ++i) dst[i] = static_cast<char>((value >> (8 * i)) & 0xFF);
   return dst + 4;
+}
+
+// Copies `size` bytes; names and most values are short, and copies of a
+// fixed width need no call.
+inline void CopyBytes(char* dst, const char* src, size_t size) {
+  if (size >= 8 && size <= 16) {
+    std::memcpy(dst, src, 8);
+    std::memcpy(dst + size - 8, src + size - 8, 8);
+  } else if (size >= 4 && size < 8) {
+    std::memcpy(dst, src, 4);
+    std::memcpy(dst + size - 4, src + size - 4, 4);
+  } else if (size < 4) {
+    for (size_t i = 0; i < size; ++i) dst[i] = src[i];
+  } else {
+    std::memcpy(dst, src, size);
+  }
 }
 
 // Reads from a byte range. Running past the end is not an error here: a
@@ -40,16 +57,24 @@ class ByteReader {
   uint16_t ReadFixed16() { return static_cast<uint16_t>(ReadFixed(2)); }
   uint32_t ReadFixed32() { return ReadFixed(4); }
 
-  // Replaces *out with the next `size` bytes, or with all that are left.
-  void ReadBytes(size_t size, std::string* out) {
+  // The next `size` bytes, or all that are left.
+  std::string_view ReadView(size_t size) {
     size_t taken = size < remaining() ? size : remaining();
-    out->assign(reinterpret_cast<const char*>(next_), taken);
+    std::string_view view(reinterpret_cast<const char*>(next_), taken);
     next_ += taken;
+    return view;
   }
+  void ReadBytes(size_t size, std::string* out) { out->assign(ReadView(size)); }
+  const char* position() const { return reinterpret_cast<const char*>(next_); }
 
  private:
   uint32_t ReadFixed(int size) {
     uint32_t value = 0;
+    if (remaining() >= static_cast<size_t>(size)) {
+      for (int i = 0; i < size; ++i) value |= static_cast<uint32_t>(next_[i]) << (8 * i);
+      next_ += size;
+      return value;
+    }
     for (int i = 0; i < size && !AtEnd(); ++i) value |= static_cast<uint32_t>(*next_++) << (8 * i);
     return value;
   }

@@ -1,10 +1,14 @@
 // Reading the store file from a buffer that holds all of it.
 //
-// Input is outside bytes, so nothing here trusts a count: elements are
-// allocated only as they are actually read, nesting is bounded by
-// kRegistryMaxDepth, and every record consumes input, so the work is linear
-// in the input size.
+// Input is outside bytes, so nothing here trusts a count: nodes are made
+// only as records are actually read (a key's children gather on a scratch
+// stack and move to the arena, as one range, when the key ends), nesting is
+// bounded by kRegistryMaxDepth, and every record consumes input, so the
+// work and the memory are linear in the input size. Names and values are
+// not copied: nodes keep views into the bytes.
 #include <algorithm>
+#include <cstring>
+#include <vector>
 
 #include "model/registry/coding.h"
 #include "model/registry/registry_format.h"
@@ -27,45 +31,40 @@ bool IsDefinedType(int type) {
   }
 }
 
-using NodeList = std::vector<std::unique_ptr<RegistryNode>>;
-
-bool NameLess(const std::unique_ptr<RegistryNode>& a, const std::unique_ptr<RegistryNode>& b) {
-  return CompareRegistryNames(a->name, b->name) < 0;
+bool NameLess(const RegistryNode& a, const RegistryNode& b) {
+  return CompareRegistryNames(a.name(), b.name()) < 0;
 }
 
-bool NameEqual(const std::unique_ptr<RegistryNode>& a, const std::unique_ptr<RegistryNode>& b) {
-  return CompareRegistryNames(a->name, b->name) == 0;
+bool NameEqual(const RegistryNode& a, const RegistryNode& b) {
+  return CompareRegistryNames(a.name(), b.name()) == 0;
 }
 
-// Sorts siblings that arrived out of order and drops every name that repeats
-// an earlier sibling's. A stable sort keeps the first of equal names first.
-void SortAndDropDuplicates(NodeList* nodes) {
-  std::stable_sort(nodes->begin(), nodes->end(), NameLess);
-  nodes->erase(std::unique(nodes->begin(), nodes->end(), NameEqual), nodes->end());
-}
+uint32_t Size32(size_t size) { return static_cast<uint32_t>(size); }
 
 class RecordParser {
  public:
-  explicit RecordParser(std::string_view bytes) : in_(bytes) {}
+  RecordParser(std::string_view bytes, RegistryArena* arena) : in_(bytes), arena_(arena) {}
 
   int ParseHeader();
   int ParseRoot(RegistryNode* root);
 
  private:
-  bool ReadRecord(RegistryNode* node, int depth);
-  bool ReadChildren(RegistryNode* key, uint16_t count, int depth);
+  bool ReadChildren(uint16_t count, int depth, RegistryNode* key);
   void ReadValue(RegistryNode* node);
-  void ReadString16(std::string* out) { in_.ReadBytes(in_.ReadFixed16(), out); }
-  void ReadStringList(std::vector<std::string>* out);
-  void ReadWords(std::vector<uint32_t>* out);
+  void ReadStringList(RegistryNode* node);
+  void ReadWords(RegistryNode* node);
+  void SetBytes(RegistryNode* node, std::string_view bytes, size_t count) {
+    RegistryCodec::Bytes(*node) = {bytes.data(), Size32(bytes.size()), Size32(count)};
+  }
 
   ByteReader in_;
+  RegistryArena* arena_;
+  // The children of every key being read, innermost last.
+  std::vector<RegistryNode> scratch_;
 };
 
 int RecordParser::ParseHeader() {
-  std::string magic;
-  in_.ReadBytes(kRegistryMagic.size(), &magic);
-  if (magic != kRegistryMagic) return kRegInvalidFormat;
+  if (in_.ReadView(kRegistryMagic.size()) != kRegistryMagic) return kRegInvalidFormat;
   int major = std::max(in_.ReadByte(), 0);
   int minor = std::max(in_.ReadByte(), 0);
   if (major * 256 + minor > kRegistryReadableVersion) return kRegInvalidVersion;
@@ -75,90 +74,103 @@ int RecordParser::ParseHeader() {
 // The root must be a key: every operation of the store starts from it.
 int RecordParser::ParseRoot(RegistryNode* root) {
   if (in_.ReadByte() != kRegKey) return kRegRecordsNotSupported;
-  root->type = kRegKey;
-  return ReadRecord(root, 0) ? kRegOK : kRegRecordsNotSupported;
+  RegistryCodec::SetType(*root, kRegKey);
+  uint16_t count = in_.ReadFixed16();
+  RegistryCodec::SetName(*root, in_.ReadView(in_.ReadFixed16()));
+  if (count == 0) return kRegOK;
+  return ReadChildren(count, 0, root) ? kRegOK : kRegRecordsNotSupported;
 }
 
-// Reads the rest of a record whose type byte has been consumed into
-// node->type. `depth` counts the keys above the node.
-bool RecordParser::ReadRecord(RegistryNode* node, int depth) {
-  uint16_t count = node->type == kRegKey ? in_.ReadFixed16() : 0;
-  ReadString16(&node->name);
-  ReadValue(node);
-  if (count == 0) return true;
+// Reads the `count` child records of `key`, which has `depth` keys above it.
+bool RecordParser::ReadChildren(uint16_t count, int depth, RegistryNode* key) {
   if (depth >= kRegistryMaxDepth) return false;
-  return ReadChildren(node, count, depth);
-}
-
-bool RecordParser::ReadChildren(RegistryNode* key, uint16_t count, int depth) {
-  auto children = std::make_unique<NodeList>();
-  children->reserve(4);
+  const size_t first = scratch_.size();
   bool in_order = true;
   for (uint16_t i = 0; i < count; ++i) {
     // The end of the input shows here, as a missing type code.
     int type = in_.ReadByte();
     if (!IsDefinedType(type)) return false;
-    auto child = std::make_unique<RegistryNode>();
-    child->type = static_cast<uint8_t>(type);
-    if (!ReadRecord(child.get(), depth + 1)) return false;
-    if (!children->empty() && !NameLess(children->back(), child)) in_order = false;
-    children->push_back(std::move(child));
+    RegistryNode node;
+    RegistryCodec::SetType(node, static_cast<uint8_t>(type));
+    uint16_t children = type == kRegKey ? in_.ReadFixed16() : 0;
+    RegistryCodec::SetName(node, in_.ReadView(in_.ReadFixed16()));
+    ReadValue(&node);
+    if (children != 0 && !ReadChildren(children, depth + 1, &node)) return false;
+    if (scratch_.size() > first && !NameLess(scratch_.back(), node)) in_order = false;
+    scratch_.push_back(node);
   }
-  // Files we write are in order; sorting once keeps hostile input from
-  // costing an insertion per child.
-  if (!in_order) SortAndDropDuplicates(children.get());
-  key->children = std::move(children);
+  auto begin = scratch_.begin() + static_cast<std::ptrdiff_t>(first);
+  // Files we write are in order; hostile ones are sorted once, and a name
+  // that repeats an earlier sibling's is dropped (a stable sort keeps the
+  // first of equal names first).
+  if (!in_order) {
+    std::stable_sort(begin, scratch_.end(), NameLess);
+    scratch_.erase(std::unique(begin, scratch_.end(), NameEqual), scratch_.end());
+  }
+  size_t kept = scratch_.size() - first;
+  RegistryNode* range = arena_->AllocateNodes(kept);
+  std::memcpy(static_cast<void*>(range), &scratch_[first], kept * sizeof(RegistryNode));
+  scratch_.resize(first);
+  RegistryCodec::Kids(*key) = {range, Size32(kept), Size32(kept)};
   return true;
 }
 
 void RecordParser::ReadValue(RegistryNode* node) {
-  switch (node->type) {
+  switch (node->type()) {
     case kRegInt:
-      node->int_value = static_cast<int32_t>(in_.ReadFixed32());
+      RegistryCodec::SetNumber(*node, static_cast<int32_t>(in_.ReadFixed32()));
       break;
-    case kRegInt64:
-      node->words64[0] = in_.ReadFixed32();
-      node->words64[1] = in_.ReadFixed32();
+    case kRegInt64: {
+      uint32_t first = in_.ReadFixed32();
+      RegistryCodec::SetWords64(*node, first, in_.ReadFixed32());
       break;
+    }
     case kRegString:
-      ReadString16(&node->string_value);
-      break;
-    case kRegStringList:
-      ReadStringList(&node->list_value);
+      SetBytes(node, in_.ReadView(in_.ReadFixed16()), 0);
       break;
     case kRegBuffer:
-      in_.ReadBytes(in_.ReadFixed32(), &node->string_value);
+      SetBytes(node, in_.ReadView(in_.ReadFixed32()), 0);
+      break;
+    case kRegStringList:
+      ReadStringList(node);
       break;
     case kRegWords:
-      ReadWords(&node->words_value);
+      ReadWords(node);
       break;
     default:
       break;
   }
 }
 
-void RecordParser::ReadStringList(std::vector<std::string>* out) {
+// Only the extent is found here; the elements are decoded when read.
+void RecordParser::ReadStringList(RegistryNode* node) {
   uint32_t count = in_.ReadFixed32();
+  const char* start = in_.position();
+  uint32_t read = 0;
+  bool cut = false;
   // Each element takes at least one byte, so this ends with the input.
-  for (uint32_t i = 0; i < count && !in_.AtEnd(); ++i) {
-    out->emplace_back();
-    ReadString16(&out->back());
+  for (; read < count && !in_.AtEnd(); ++read) {
+    cut = in_.remaining() < 2;
+    uint16_t length = in_.ReadFixed16();
+    cut = cut || in_.remaining() < length;
+    in_.ReadView(length);
   }
+  SetBytes(node, std::string_view(start, static_cast<size_t>(in_.position() - start)), read);
+  RegistryCodec::SetListForm(*node, cut ? kListCut : kListExact);
 }
 
-void RecordParser::ReadWords(std::vector<uint32_t>* out) {
+void RecordParser::ReadWords(RegistryNode* node) {
   uint32_t count = in_.ReadFixed32();
   // A last word cut short still counts, with the bytes that are there.
   size_t present = (in_.remaining() + 3) / 4;
   size_t taken = count < present ? count : present;
-  out->reserve(taken);
-  for (size_t i = 0; i < taken; ++i) out->push_back(in_.ReadFixed32());
+  SetBytes(node, in_.ReadView(taken * 4), taken);
 }
 
 }  // namespace
 
-int ParseRegistryFile(std::string_view bytes, RegistryNode* root) {
-  RecordParser parser(bytes);
+int ParseRegistryFile(std::string_view bytes, RegistryArena* arena, RegistryNode* root) {
+  RecordParser parser(bytes, arena);
   int error = parser.ParseHeader();
   return error != kRegOK ? error : parser.ParseRoot(root);
 }

@@ -2,32 +2,16 @@
 // its stream.
 #include "model/registry/settings_registry.h"
 
+#include <algorithm>
+#include <cstring>
+#include <new>
+
 #include "model/registry/registry_format.h"
 
 namespace quillon {
 namespace {
 
-std::unique_ptr<RegistryNode> NewRoot() {
-  auto root = std::make_unique<RegistryNode>();
-  root->name = "$";
-  root->type = kRegKey;
-  return root;
-}
-
-// Reads to the end, so parsing works on one buffer instead of many calls.
-std::string ReadWholeStream(ByteStream* stream) {
-  std::string bytes(64 * 1024, '\0');
-  size_t used = 0;
-  for (;;) {
-    if (used == bytes.size()) bytes.resize(bytes.size() * 2);
-    size_t wanted = bytes.size() - used;
-    size_t got = stream->Read(&bytes[used], wanted);
-    if (got == 0) break;
-    used += got < wanted ? got : wanted;
-  }
-  bytes.resize(used);
-  return bytes;
-}
+constexpr std::string_view kRootName = "$";
 
 // Splits off the path component that starts at *pos; false once past the
 // last one. Text after the last backslash (even none) is a component.
@@ -40,26 +24,31 @@ bool NextComponent(std::string_view path, size_t* pos, std::string_view* part) {
   return true;
 }
 
-// Below `key`, creates the keys named by every component of `path`.
-RegistryNode* CreateKeys(RegistryNode* key, std::string_view path) {
-  size_t pos = 0;
-  std::string_view part;
-  while (NextComponent(path, &pos, &part)) {
-    auto child = std::make_unique<RegistryNode>();
-    child->name = part;
-    key = key->InsertChild(std::move(child));
+bool Within(const RegistryNode* node, const RegistryNode* first, size_t count) {
+  auto at = reinterpret_cast<uintptr_t>(node);
+  auto start = reinterpret_cast<uintptr_t>(first);
+  return at >= start && at < start + count * sizeof(RegistryNode);
+}
+
+// The i of a child named "<name>[i]", with i spelled as std::to_string
+// spells it; -1 for any other name.
+long IndexInName(std::string_view child, std::string_view name) {
+  if (child.size() < name.size() + 3 || child[name.size()] != '[' || child.back() != ']') return -1;
+  std::string_view digits = child.substr(name.size() + 1, child.size() - name.size() - 2);
+  if (digits.size() > 9 || (digits.size() > 1 && digits[0] == '0')) return -1;
+  long value = 0;
+  for (char digit : digits) {
+    if (digit < '0' || digit > '9') return -1;
+    value = value * 10 + (digit - '0');
   }
-  return key;
+  return RegistryNamesEqual(child.substr(0, name.size()), name) ? value : -1;
 }
 
 }  // namespace
 
 CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
-    : storing_(storing),
-      root_(NewRoot()),
-      base_(root_.get()),
-      current_(root_.get()),
-      stream_(stream) {
+    : storing_(storing), base_(&root_), current_(&root_), stream_(stream) {
+  ResetTree();
   if (!storing_) {
     ReadAll();
     return;
@@ -76,29 +65,134 @@ CSettingsRegistry::CSettingsRegistry(ByteStream* stream, bool storing)
 CSettingsRegistry::~CSettingsRegistry() {
   if (!storing_ || !stream_) return;
   std::string tree;
-  AppendRegistryTree(*root_, &tree);
+  AppendRegistryTree(root_, &tree, SizeHint());
   stream_->Write(tree.data(), tree.size());
 }
 
-void CSettingsRegistry::ReadAll() {
-  root_ = NewRoot();
-  base_ = current_ = root_.get();
+void CSettingsRegistry::ResetTree() {
+  root_ = RegistryNode();
+  RegistryCodec::SetName(root_, kRootName);
+  base_ = current_ = &root_;
   key_stack_.clear();
+  hint_ = nullptr;
+  indexed_.key = nullptr;
+  for (std::string_view& name : recent_names_) name = std::string_view();
+  arena_.Clear();
+  file_ = std::string();
+}
+
+void CSettingsRegistry::ReadAll() {
+  ResetTree();
   if (!stream_) {
     last_error_ = kRegErrorOpening;
     return;
   }
-  last_error_ = ParseRegistryFile(ReadWholeStream(stream_), root_.get());
-  if (last_error_ != kRegOK) {
-    root_ = NewRoot();
-    base_ = current_ = root_.get();
+  // One buffer for the whole file: the tree keeps views into it.
+  file_ = stream_->ReadToEnd();
+  last_error_ = ParseRegistryFile(file_, &arena_, &root_);
+  if (last_error_ != kRegOK) ResetTree();
+}
+
+RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_view name,
+                                        size_t* at) const {
+  const size_t count = key->child_count();
+  if (count == 0) {
+    if (at) *at = 0;
+    return nullptr;
   }
+  RegistryNode* first = RegistryCodec::Kids(const_cast<RegistryNode&>(*key)).data;
+  // In a key entered anew, the first name asked for is often the first.
+  if (!Within(hint_, first, count)) {
+    if (RegistryNamesEqual(first->name(), name)) return hint_ = first;
+  } else {
+    if (RegistryNamesEqual(hint_->name(), name)) return hint_;
+    if (hint_ + 1 < first + count && RegistryNamesEqual(hint_[1].name(), name)) return ++hint_;
+  }
+  // Writes mostly come in name order: past the last child, no search.
+  if (at && CompareRegistryNames(first[count - 1].name(), name) < 0) {
+    *at = count;
+    return nullptr;
+  }
+  size_t place = LowerBoundOfName(first, count, name);
+  if (place < count && RegistryNamesEqual(first[place].name(), name)) return hint_ = first + place;
+  if (at) *at = place;
+  return nullptr;
+}
+
+RegistryNode* CSettingsRegistry::AddChild(RegistryNode* key, size_t at, std::string_view name,
+                                          uint8_t type) {
+  if (key == indexed_.key) indexed_.key = nullptr;
+  auto& kids = RegistryCodec::Kids(*key);
+  RegistryNode* old = kids.data;
+  size_t count = kids.count;
+  if (count == kids.capacity) {
+    size_t capacity = count < 8 ? 8 : 2 * count;
+    RegistryNode* range = arena_.AllocateNodes(capacity);
+    if (at != 0) std::memcpy(static_cast<void*>(range), old, at * sizeof(RegistryNode));
+    if (at != count) {
+      std::memcpy(static_cast<void*>(range + at + 1), old + at,
+                  (count - at) * sizeof(RegistryNode));
+    }
+    kids.data = range;
+    kids.capacity = static_cast<uint32_t>(capacity);
+  } else if (at != count) {
+    std::memmove(static_cast<void*>(old + at + 1), old + at, (count - at) * sizeof(RegistryNode));
+  }
+  if (kids.data != old || at != count) FollowMove(old, count, kids.data, at);
+  kids.count = static_cast<uint32_t>(count + 1);
+  RegistryNode* node = new (&kids.data[at]) RegistryNode();
+  RegistryCodec::SetName(*node, OwnName(name));
+  RegistryCodec::SetType(*node, type);
+  if (type != kRegKey) RegistryCodec::Bytes(*node) = {nullptr, 0, 0};
+  return hint_ = node;
+}
+
+std::string_view CSettingsRegistry::OwnName(std::string_view name) {
+  // The size and the first and last four bytes tell most names apart.
+  uint32_t head = 0, tail = 0;
+  if (name.size() >= 4) {
+    std::memcpy(&head, name.data(), 4);
+    std::memcpy(&tail, name.data() + name.size() - 4, 4);
+  } else {
+    for (char c : name) head = head * 31 + static_cast<unsigned char>(c);
+  }
+  uint32_t hash = (head * 0x9E3779B1u) ^ (tail * 0x85EBCA77u) ^ static_cast<uint32_t>(name.size());
+  std::string_view& recent = recent_names_[hash >> 24];
+  if (recent.size() == name.size() &&
+      (name.empty() || std::memcmp(recent.data(), name.data(), name.size()) == 0)) {
+    return recent;
+  }
+  recent = std::string_view(arena_.Copy(name), name.size());
+  return recent;
+}
+
+void CSettingsRegistry::FollowMove(const RegistryNode* from, size_t count, RegistryNode* to,
+                                   size_t gap) {
+  auto follow = [&](RegistryNode*& node) {
+    if (!Within(node, from, count)) return;
+    size_t index = static_cast<size_t>(node - from);
+    node = to + index + (index >= gap ? 1 : 0);
+  };
+  // A moved key's address may now be a sibling's.
+  indexed_.key = nullptr;
+  follow(base_);
+  follow(current_);
+  for (RegistryNode*& key : key_stack_) follow(key);
+}
+
+// Below `key`, which has no children, creates the keys named by every
+// component of `path`, each inside the one before.
+RegistryNode* CSettingsRegistry::CreateKeys(RegistryNode* key, std::string_view path) {
+  size_t pos = 0;
+  std::string_view part;
+  while (NextComponent(path, &pos, &part)) key = AddChild(key, 0, part, kRegKey);
+  return key;
 }
 
 std::string CSettingsRegistry::Serialize() const {
   std::string bytes;
   AppendRegistryHeader(&bytes);
-  AppendRegistryTree(*root_, &bytes);
+  AppendRegistryTree(root_, &bytes, SizeHint());
   return bytes;
 }
 
@@ -132,14 +226,16 @@ bool CSettingsRegistry::Walk(RegistryNode* start, std::string_view path, bool cr
   size_t pos = 0;
   std::string_view part;
   while (!path.empty()) {
-    size_t component_start = pos;
     if (!NextComponent(path, &pos, &part)) break;
-    RegistryNode* child = node->FindChild(part);
+    size_t at = 0;
+    RegistryNode* child = Lookup(node, part, create ? &at : nullptr);
     if (!child && create) {
-      node = CreateKeys(node, path.substr(component_start));
+      node = AddChild(node, at, part, kRegKey);
+      // The rest, if any, goes into keys made just now.
+      if (pos <= path.size()) node = CreateKeys(node, path.substr(pos));
       break;
     }
-    if (!child || child->type != kRegKey) {
+    if (!child || child->type() != kRegKey) {
       last_error_ = child && create ? kRegTypeMismatch : kRegPathNotFound;
       return false;
     }
@@ -152,7 +248,7 @@ bool CSettingsRegistry::Walk(RegistryNode* start, std::string_view path, bool cr
 
 bool CSettingsRegistry::OpenKeyFromRoot(std::string_view path, bool create) {
   RegistryNode* key;
-  if (!Walk(root_.get(), path, create, &key)) return false;
+  if (!Walk(&root_, path, create, &key)) return false;
   base_ = current_ = key;
   return true;
 }
@@ -167,11 +263,73 @@ bool CSettingsRegistry::OpenKey(std::string_view path, bool create) {
 
 bool CSettingsRegistry::OpenIndexedKey(std::string_view name, int index, bool create, bool push) {
   if (push) PushKey();
+  RegistryNode* child = nullptr;
+  if (!create && IndexedChild(name, index, &child)) {
+    if (!child || child->type() != kRegKey) {
+      last_error_ = kRegPathNotFound;
+      return false;
+    }
+    current_ = child;
+    last_error_ = kRegOK;
+    return true;
+  }
   std::string path(name);
   path += '[';
   path += std::to_string(index);
   path += ']';
   return OpenKey(path, create);
+}
+
+bool CSettingsRegistry::IndexedChild(std::string_view name, int index, RegistryNode** child) {
+  const size_t count = current_->child_count();
+  if (index < 0 || static_cast<size_t>(index) >= count) return false;
+  if (name.find('\\') != std::string_view::npos) return false;
+  if (indexed_.key != current_ || !RegistryNamesEqual(indexed_.name, name)) {
+    indexed_.key = current_;
+    indexed_.name.assign(name);
+    indexed_.by_index.assign(count, nullptr);
+    RegistryNode* first = RegistryCodec::Kids(*current_).data;
+    for (size_t i = 0; i < count; ++i) {
+      long at = IndexInName(first[i].name(), name);
+      if (at >= 0 && static_cast<size_t>(at) < count) indexed_.by_index[at] = first + i;
+    }
+  }
+  *child = indexed_.by_index[static_cast<size_t>(index)];
+  return true;
+}
+
+// Stored order is the keys' name order: visiting them so reads the store
+// front to back instead of jumping about it. A name with a backslash is a
+// path and matches no child.
+void CSettingsRegistry::VisitIndexedKeys(std::string_view name,
+                                         const std::function<void(size_t)>& count,
+                                         const std::function<void(size_t)>& visit) {
+  // One look at each child: which are keys "name[i]", where, and whether
+  // each i is there. No i reaches the number of children before one is missing.
+  const size_t children = current_->child_count();
+  const RegistryNode* first = children != 0 ? &current_->child(0) : nullptr;
+  std::vector<std::pair<size_t, size_t>> found;  // position, index
+  std::vector<bool> present(children, false);
+  for (size_t at = 0; at < children; ++at) {
+    long index = first[at].type() == kRegKey ? IndexInName(first[at].name(), name) : -1;
+    if (index < 0 || static_cast<size_t>(index) >= children) continue;
+    found.emplace_back(at, static_cast<size_t>(index));
+    present[static_cast<size_t>(index)] = true;
+  }
+  size_t keys = 0;
+  while (keys < children && present[keys]) ++keys;
+  count(keys);
+  if (keys == 0) return;
+  // The key is kept on the stack, which follows it should it move.
+  PushKey();
+  for (auto [at, index] : found) {
+    RegistryNode* key = key_stack_.back();
+    if (at >= key->child_count()) break;
+    if (index >= keys) continue;
+    current_ = RegistryCodec::Kids(*key).data + at;
+    visit(index);
+  }
+  PopKey();
 }
 
 void CSettingsRegistry::PushKey() { key_stack_.push_back(current_); }
@@ -184,8 +342,8 @@ bool CSettingsRegistry::PopKey() {
 }
 
 bool CSettingsRegistry::HasKey(std::string_view name) const {
-  const RegistryNode* node = current_->FindChild(name);
-  return node && node->type == kRegKey;
+  const RegistryNode* node = Lookup(current_, name);
+  return node && node->type() == kRegKey;
 }
 
 }  // namespace quillon

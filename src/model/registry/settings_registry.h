@@ -15,11 +15,13 @@
 //
 // A reading store parses everything when it is built; a writing store writes
 // the header when built and the tree when destroyed. Each operation leaves a
-// code in LastError(); ErrorText() gives its fixed message.
+// code in LastError(); ErrorText() gives its fixed message. A store keeps
+// its whole tree in one arena (RegistryNode) and frees it at once.
 #ifndef QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 #define QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,33 +57,111 @@ enum RegistryError {
 // Deeper nesting than this is refused on reading as an unsupported record.
 inline constexpr int kRegistryMaxDepth = 200;
 
-struct RegistryNode {
-  std::string name;
-  uint8_t type = kRegKey;
-  // Value by type; only the member of the node's type is meaningful.
-  int32_t int_value = 0;
-  uint32_t words64[2] = {0, 0};
-  std::string string_value;             // kRegString, kRegBuffer
-  std::vector<std::string> list_value;  // kRegStringList
-  std::vector<uint32_t> words_value;    // kRegWords
-  // Kept sorted by name (CompareRegistryNames); null until the first child.
-  std::unique_ptr<std::vector<std::unique_ptr<RegistryNode>>> children;
-
-  RegistryNode() = default;
-  // Frees the subtree without recursion, so any depth is safe.
-  ~RegistryNode();
-  RegistryNode(const RegistryNode&) = delete;
-  RegistryNode& operator=(const RegistryNode&) = delete;
-
-  // The child with that name, or null.
-  RegistryNode* FindChild(std::string_view child_name) const;
-  // Inserts in order; refuses (returns null) a name that is already there.
-  RegistryNode* InsertChild(std::unique_ptr<RegistryNode> child);
-  size_t child_count() const { return children ? children->size() : 0; }
-};
-
 // The one ordering of names in the store (and so of the bytes of every file).
 int CompareRegistryNames(std::string_view a, std::string_view b);
+
+// One node of the tree. Nodes live in their store's arena, a key's children
+// as one contiguous range in name order (CompareRegistryNames). A loaded
+// node's name and value are views into the file's bytes, which the store
+// keeps; names and values written at run time are copied into the arena.
+// Values are decoded when read. A node stays where it is until a child is
+// added to its parent key (the range may move then) or its store dies.
+class RegistryNode {
+ public:
+  std::string_view name() const { return {name_, name_size_}; }
+  uint8_t type() const { return type_; }
+  size_t child_count() const { return type_ == kRegKey ? kids_.count : 0; }
+  const RegistryNode& child(size_t index) const { return kids_.data[index]; }
+  // The child with that name, by binary search; null when there is none.
+  const RegistryNode* FindChild(std::string_view child_name) const;
+
+  // The value, decoded; only the accessors of the node's type are meaningful.
+  int32_t int_value() const { return number_; }
+  uint32_t int64_word(int which) const { return words64_[which != 0 ? 1 : 0]; }
+  // kRegString and kRegBuffer.
+  std::string_view string_value() const { return {bytes_.data, bytes_.size}; }
+  std::vector<std::string> list_value() const;
+  // The same elements as views into the store.
+  std::vector<std::string_view> list_views() const;
+  std::vector<uint32_t> words_value() const;
+
+ private:
+  friend class CSettingsRegistry;
+  friend class RegistryCodec;
+
+  struct Kids {
+    RegistryNode* data;
+    uint32_t count;
+    uint32_t capacity;
+  };
+  // Strings and buffers: the bytes. Lists and words: their encoded elements
+  // (RegistryCodec) and how many there are.
+  struct Bytes {
+    const char* data;
+    uint32_t size;
+    uint32_t count;
+  };
+
+  const char* name_ = nullptr;
+  uint32_t name_size_ = 0;
+  uint8_t type_ = kRegKey;
+  uint8_t list_form_ = 0;  // kRegStringList: see RegistryCodec
+  union {
+    Kids kids_{nullptr, 0, 0};
+    Bytes bytes_;
+    int32_t number_;
+    uint32_t words64_[2];
+  };
+};
+
+// Memory for nodes and run-time bytes, freed all at once with its store.
+class RegistryArena {
+ public:
+  RegistryArena() = default;
+  // Full-size blocks go back to a process-wide spare list (up to 64 MiB)
+  // for the next store.
+  ~RegistryArena();
+  RegistryArena(const RegistryArena&) = delete;
+  RegistryArena& operator=(const RegistryArena&) = delete;
+
+  // Uninitialised, aligned for any node.
+  void* Allocate(size_t size);
+  RegistryNode* AllocateNodes(size_t count) {
+    return static_cast<RegistryNode*>(Allocate(count * sizeof(RegistryNode)));
+  }
+  const char* Copy(std::string_view bytes);
+  void Clear();
+  // Bytes handed out so far.
+  size_t used() const { return used_; }
+
+ private:
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  // Which of blocks_ have the full size.
+  std::vector<size_t> full_blocks_;
+  char* next_ = nullptr;
+  size_t left_ = 0;
+  size_t used_ = 0;
+};
+// Calls visit(i) for every i below `count` in the name order of keys named
+// "name[i]" (a longer number before its own prefix: "x[10]" < "x[1]"), so
+// that writing them in this order only ever appends.
+template <typename Visit>
+void ForEachIndexInNameOrder(size_t count, Visit visit) {
+  struct Walker {
+    size_t count;
+    Visit& visit;
+    void Below(size_t prefix) {
+      for (size_t digit = 0; digit < 10; ++digit) {
+        size_t longer = prefix * 10 + digit;
+        if (longer >= count || longer / 10 != prefix) break;
+        Below(longer);
+      }
+      visit(prefix);
+    }
+  } walker{count, visit};
+  if (count > 0) visit(size_t{0});
+  for (size_t first = 1; first < 10 && first < count; ++first) walker.Below(first);
+}
 
 class CSettingsRegistry {
  public:
@@ -108,6 +188,14 @@ class CSettingsRegistry {
   // Opens "name[index]" from the current key; with push, the current key is
   // saved on the key stack first (and stays saved even if the open fails).
   bool OpenIndexedKey(std::string_view name, int index, bool create, bool push);
+  // Reading "name[0]", "name[1]", ... up to the first index that is missing
+  // or no key: count(n) is told how many there are, then each becomes the
+  // current key in turn, in the order they are stored rather than by index,
+  // and visit(index) runs there. `visit` reads; it leaves the key stack as
+  // it found it. The current key is the same again afterwards. Unlike
+  // OpenIndexedKey, `name` is one key's name, never a path.
+  void VisitIndexedKeys(std::string_view name, const std::function<void(size_t)>& count,
+                        const std::function<void(size_t)>& visit);
   void PushKey();
   // Returns false when the stack is empty.
   bool PopKey();
@@ -134,7 +222,7 @@ class CSettingsRegistry {
   bool WriteWords(std::string_view name, const std::vector<uint32_t>& words);
   bool ReadWords(std::string_view name, std::vector<uint32_t>* out);
 
-  const RegistryNode& root() const { return *root_; }
+  const RegistryNode& root() const { return root_; }
   const RegistryNode* current_key() const { return current_; }
 
   // The bytes a writing store would write for its tree, header included.
@@ -142,15 +230,52 @@ class CSettingsRegistry {
 
  private:
   bool Walk(RegistryNode* start, std::string_view path, bool create, RegistryNode** result);
+  // The child of `key` with that name, or null; then, with `at`, *at is
+  // where it would go in name order.
+  RegistryNode* Lookup(const RegistryNode* key, std::string_view name, size_t* at = nullptr) const;
+  RegistryNode* CreateKeys(RegistryNode* key, std::string_view path);
+  // Adds a child whose name is not there yet, at its place `at`.
+  RegistryNode* AddChild(RegistryNode* key, size_t at, std::string_view name, uint8_t type);
+  // For a reading open of "name[index]" from the current key: whether the
+  // index below can answer (then *child is the child, or null).
+  bool IndexedChild(std::string_view name, int index, RegistryNode** child);
+  // Points the base, current and stacked keys that were among `count` nodes
+  // at `from` to where they are now: at `to`, with a gap made at `gap`.
+  void FollowMove(const RegistryNode* from, size_t count, RegistryNode* to, size_t gap);
   RegistryNode* FindValue(std::string_view name, uint8_t type);
   RegistryNode* PrepareWrite(std::string_view name, uint8_t type);
+  // A copy of a name given at run time, shared with nodes of the same name.
+  std::string_view OwnName(std::string_view name);
+  // Room for a new value of `size` bytes: the old one's when it fits.
+  char* ValueRoom(RegistryNode* node, size_t size);
+  void ResetTree();
   void ReadAll();
+  // About the size of the tree's records: every record's bytes are a view
+  // into the file read or were copied into the arena.
+  size_t SizeHint() const { return file_.size() + arena_.used(); }
 
   bool storing_;
-  std::unique_ptr<RegistryNode> root_;
+  // The file read; loaded names and values are views into it.
+  std::string file_;
+  RegistryArena arena_;
+  RegistryNode root_;
   RegistryNode* base_;
   RegistryNode* current_;
   std::vector<RegistryNode*> key_stack_;
+  // The child found or made last: the next name asked for is often its own
+  // or its next sibling's.
+  mutable RegistryNode* hint_ = nullptr;
+  // Names copied lately, by a hash of their bytes: keys and values repeat
+  // their names thousands of times ("FileName" in every file), and one copy
+  // each keeps them few and at hand.
+  std::string_view recent_names_[256];
+  // The children of one key named "name[i]", by i (below the key's child
+  // count): keys opened one index after another are found without a search.
+  struct IndexedChildren {
+    const RegistryNode* key = nullptr;
+    std::string name;
+    std::vector<RegistryNode*> by_index;
+  } indexed_;
   int last_error_ = kRegOK;
   ByteStream* stream_;
 };

@@ -54,12 +54,12 @@ std::string Save(const std::function<void(CSettingsRegistry&)>& fill) {
 
 Strings ChildNames(const RegistryNode& key) {
   Strings names;
-  for (size_t i = 0; i < key.child_count(); ++i) names.push_back((*key.children)[i]->name);
+  for (size_t i = 0; i < key.child_count(); ++i) names.emplace_back(key.child(i).name());
   return names;
 }
 
 void ExpectEmptyTree(const CSettingsRegistry& store) {
-  EXPECT_EQ(store.root().name, "$");
+  EXPECT_EQ(store.root().name(), "$");
   EXPECT_EQ(store.root().child_count(), 0u);
   EXPECT_EQ(store.current_key(), &store.root());
 }
@@ -106,19 +106,56 @@ TEST(RegistryFormatTest, HandWrittenFileReadsAndWritesBackTheSameBytes) {
   EXPECT_EQ(Save(FillEveryType), EveryTypeFile());
 }
 
+// Until saved, a store keeps what was written whole.
 TEST(RegistryFormatTest, OversizedFieldsAreCutToTheirWidth) {
   std::string long_text(65536 + 10, 'x');
   long_text[0] = 'y';
   Loaded file(Save([&](CSettingsRegistry& store) {
     store.WriteString("Long", long_text);
+    store.WriteStringList("List", {"a", long_text});
+    Strings list;
+    EXPECT_TRUE(store.ReadStringList("List", &list) && list == Strings({"a", long_text}));
     ASSERT_TRUE(store.OpenKeyFromRoot("Many", true));
     for (int i = 0; i < 65537; ++i) store.WriteInt("k" + std::to_string(100000 + i), i);
   }));
   ASSERT_EQ(file.error(), kRegOK);
   std::string text;
   EXPECT_TRUE(file.store.ReadString("Long", &text) && text == "yxxxxxxxxx");
+  Strings list;
+  EXPECT_TRUE(file.store.ReadStringList("List", &list) && list == Strings({"a", "yxxxxxxxxx"}));
   ASSERT_TRUE(file.store.OpenKeyFromRoot("Many", false));
   EXPECT_EQ(ChildNames(*file.store.current_key()), Strings{"k100000"});
+}
+
+// Values of a loaded file replaced by shorter, longer and other values.
+TEST(RegistryFormatTest, ReplacedValuesOfALoadedFile) {
+  Loaded file(FileBytes()
+                  .Header()
+                  .Key("$", 3)
+                  .String("a", "first")
+                  .String("b", "second")
+                  .Record(kRegWords, "w")
+                  .U32(1)
+                  .U32(5)
+                  .str());
+  ASSERT_EQ(file.error(), kRegOK);
+  CSettingsRegistry& store = file.store;
+  EXPECT_TRUE(store.WriteString("a", "1st") && store.WriteString("B", "the second one"));
+  EXPECT_TRUE(store.WriteWords("w", {6, 7}) && store.WriteInt("c", 3));
+  std::string a, b;
+  EXPECT_TRUE(store.ReadString("a", &a) && store.ReadString("b", &b));
+  EXPECT_EQ(a + "|" + b, "1st|the second one");
+  EXPECT_EQ(store.Serialize(), FileBytes()
+                                   .Header()
+                                   .Key("$", 4)
+                                   .String("a", "1st")
+                                   .String("b", "the second one")
+                                   .Int("c", 3)
+                                   .Record(kRegWords, "w")
+                                   .U32(2)
+                                   .U32(6)
+                                   .U32(7)
+                                   .str());
 }
 
 // Written in any order, names come back sorted (letters folded, bytes
@@ -268,14 +305,98 @@ TEST(RegistryValuesTest, BooleansAreCaseSensitiveTexts) {
   }
 }
 
+// Adding siblings moves a key's range; the base and stacked keys follow.
+TEST(RegistryKeysTest, KeysFollowTheirMovedSiblings) {
+  CSettingsRegistry store(nullptr, true);
+  ASSERT_TRUE(store.OpenKeyFromRoot("q", true));
+  store.PushKey();
+  ASSERT_TRUE(store.OpenKeyFromRoot("q\\z", true));  // the base
+  EXPECT_TRUE(store.PopKey());
+  for (const char* name : {"f", "a", "e", "b", "d", "c"}) {
+    store.PushKey();
+    ASSERT_TRUE(store.OpenKey(name, true));
+    store.PopKey();
+  }
+  ASSERT_TRUE(store.OpenKeyFromBase("", false));
+  EXPECT_EQ(store.current_key()->name(), "z");
+
+  store.PushKey();
+  ASSERT_TRUE(store.OpenKeyFromRoot("q", false));
+  for (const char* name : {"y", "g", "x", "h", "w", "i"})
+    ASSERT_TRUE(store.OpenKeyFromBase(name, true));
+  EXPECT_TRUE(store.PopKey());
+  EXPECT_TRUE(store.WriteInt("v", 1));
+  Loaded file(store.Serialize());
+  int32_t v = 0;
+  EXPECT_TRUE(file.store.OpenKeyFromRoot("q\\z", false) && file.store.ReadInt("v", &v) && v == 1);
+}
+
+// Writing "x[i]" in this order only appends.
+TEST(RegistryKeysTest, IndicesInNameOrder) {
+  for (size_t count : {0, 1, 10, 11, 1234}) {
+    std::vector<std::string> names;
+    ForEachIndexInNameOrder(count,
+                            [&](size_t i) { names.push_back("x[" + std::to_string(i) + "]"); });
+    ASSERT_EQ(names.size(), count);
+    for (size_t i = 1; i < names.size(); ++i)
+      EXPECT_LT(CompareRegistryNames(names[i - 1], names[i]), 0) << names[i];
+  }
+}
+
+// A reading open of "name[i]" (found through an index) finds what the path
+// finds: names fold case, and the number must be spelled as written.
+TEST(RegistryKeysTest, IndexedOpenFindsWhatThePathFinds) {
+  Loaded file(Save([](CSettingsRegistry& store) {
+    for (const char* path : {"K\\t[0]", "K\\T[01]", "K\\T[3]", "K\\T[3x]", "K\\U[1]"})
+      store.OpenKeyFromRoot(path, true);
+    store.OpenKeyFromRoot("K", false);
+    store.WriteInt("T[2]", 2);
+  }));
+  CSettingsRegistry& store = file.store;
+  ASSERT_TRUE(store.OpenKeyFromRoot("K", false));
+  for (int i : {-1, 0, 1, 2, 3, 4, 7}) {
+    bool by_index = store.OpenIndexedKey("T", i, false, true);
+    std::pair<int, const RegistryNode*> indexed{store.LastError(), store.current_key()};
+    store.PopKey();
+    bool by_path = store.OpenKey("T[" + std::to_string(i) + "]", false);
+    EXPECT_EQ(by_index, by_path) << i;
+    EXPECT_EQ(indexed, std::make_pair(store.LastError(), store.current_key())) << i;
+    EXPECT_EQ(by_index, i == 0 || i == 3) << i;
+    ASSERT_TRUE(store.OpenKeyFromBase("", false));
+  }
+}
+
+// Up to the first index that is missing or no key, in stored (name) order.
+TEST(RegistryKeysTest, IndexedKeysVisitedInStoredOrder) {
+  CSettingsRegistry store(nullptr, true);
+  for (int i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13}) {
+    ASSERT_TRUE(store.OpenKeyFromRoot("K\\F[" + std::to_string(i) + "]", true));
+    store.WriteInt("i", i);
+  }
+  ASSERT_TRUE(store.OpenKeyFromRoot("K", false));
+  store.WriteInt("F[12]", 12);
+  size_t count = 0;
+  std::vector<size_t> order;
+  store.VisitIndexedKeys(
+      "F", [&](size_t n) { count = n; },
+      [&](size_t index) {
+        int32_t i = -1;
+        EXPECT_TRUE(store.ReadInt("i", &i) && i == static_cast<int32_t>(index));
+        order.push_back(index);
+      });
+  EXPECT_EQ(count, 12u);
+  EXPECT_EQ(order, (std::vector<size_t>{0, 10, 11, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(store.current_key()->name(), "K");
+}
+
 TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
   CSettingsRegistry store(nullptr, true);
   ASSERT_TRUE(store.OpenKeyFromRoot("Targets", true));
   ASSERT_TRUE(store.OpenIndexedKey("Target", 0, true, true));
-  EXPECT_EQ(store.current_key()->name, "Target[0]");
+  EXPECT_EQ(store.current_key()->name(), "Target[0]");
   ASSERT_TRUE(store.OpenKey("Options\\Compiler", true));
   EXPECT_TRUE(store.PopKey());
-  EXPECT_EQ(store.current_key()->name, "Targets");
+  EXPECT_EQ(store.current_key()->name(), "Targets");
   EXPECT_TRUE(store.HasKey("target[0]"));
 
   // The key stays pushed even when the open fails.
@@ -285,11 +406,11 @@ TEST(RegistryKeysTest, StackBaseAndIndexedOpen) {
   EXPECT_FALSE(store.PopKey());
 
   ASSERT_TRUE(store.OpenKeyFromBase("Target[0]\\Options", false));
-  EXPECT_EQ(store.current_key()->name, "Options");
+  EXPECT_EQ(store.current_key()->name(), "Options");
   ASSERT_TRUE(store.OpenKeyFromBase("", false));
-  EXPECT_EQ(store.current_key()->name, "Targets");
+  EXPECT_EQ(store.current_key()->name(), "Targets");
   ASSERT_TRUE(store.OpenIndexedKey("T", -1, true, false));
-  EXPECT_EQ(store.current_key()->name, "T[-1]");
+  EXPECT_EQ(store.current_key()->name(), "T[-1]");
   ASSERT_TRUE(store.OpenKeyFromRoot("", false));
   EXPECT_EQ(store.current_key(), &store.root());
 }
