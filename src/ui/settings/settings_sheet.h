@@ -42,6 +42,8 @@ class CSettingsSheet {
       : copy_(working_copy), ui_(ui), original_(&original) {}
 
   CProjectData& working_copy() { return copy_; }
+  // For the views' own messages (a refused value).
+  UiServices& ui() { return ui_; }
 
   void Select(SettingsSelection selection) { selection_ = std::move(selection); }
   const SettingsSelection& selection() const { return selection_; }
