@@ -8,6 +8,8 @@
 // After windows.h, which they need.
 #include <commctrl.h>
 
+#include <algorithm>
+#include <cctype>
 #include <memory>
 #include <string>
 #include <vector>
@@ -136,6 +138,21 @@ class PageView {
   }
 
  private:
+  // A label that the page repeats ("Parameters") is named after the row it
+  // belongs to, the one above it.
+  std::vector<std::string> RowLabels() const {
+    std::vector<std::string> labels;
+    for (const SettingsField* field : rows_) labels.push_back(RowLabel(field->label));
+    std::vector<std::string> named = labels;
+    for (size_t row = 1; row < labels.size(); ++row) {
+      if (std::count(labels.begin(), labels.end(), labels[row]) < 2) continue;
+      std::string label = labels[row];
+      label[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(label[0])));
+      named[row] = labels[row - 1] + ": " + label;
+    }
+    return named;
+  }
+
   HWND Item(int id) const { return ::GetDlgItem(hwnd_, id); }
   HWND Tree() const { return Item(IDC_SETTINGS_TREE); }
   HWND Grid() const { return Item(IDC_SETTINGS_GRID); }
@@ -146,26 +163,29 @@ class PageView {
     ::SetWindowLongPtrA(Tree(), GWL_STYLE, ::GetWindowLongPtrA(Tree(), GWL_STYLE) | TVS_CHECKBOXES);
     FillTree();
     ListView_SetExtendedListViewStyle(Grid(), LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-    RECT client;
-    ::GetClientRect(Grid(), &client);
-    const int width = client.right - ::GetSystemMetrics(SM_CXVSCROLL);
     const char* titles[2] = {"Option", "Value"};
-    const int widths[2] = {width * 9 / 20, width - width * 9 / 20};
     for (int i = 0; i < 2; ++i) {
       LVCOLUMNA column = {};
       column.mask = LVCF_TEXT | LVCF_WIDTH;
       column.pszText = const_cast<char*>(titles[i]);
-      column.cx = widths[i];
+      column.cx = 100;
       ListView_InsertColumn(Grid(), i, &column);
     }
+    const std::vector<std::string> labels = RowLabels();
     for (size_t row = 0; row < rows_.size(); ++row) {
-      const std::string label = RowLabel(rows_[row]->label);
       LVITEMA item = {};
       item.mask = LVIF_TEXT;
       item.iItem = static_cast<int>(row);
-      item.pszText = const_cast<char*>(label.c_str());
+      item.pszText = const_cast<char*>(labels[row].c_str());
       ListView_InsertItem(Grid(), &item);
     }
+    // Labels in full where they fit; the values take the rest.
+    RECT client;
+    ::GetClientRect(Grid(), &client);
+    ListView_SetColumnWidth(Grid(), 0, LVSCW_AUTOSIZE);
+    const int widest = client.right * 2 / 3;
+    if (ListView_GetColumnWidth(Grid(), 0) > widest) ListView_SetColumnWidth(Grid(), 0, widest);
+    ListView_SetColumnWidth(Grid(), 1, LVSCW_AUTOSIZE_USEHEADER);
     ListView_SetItemState(Grid(), 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     LOGFONTA font = {};
     ::GetObjectA(reinterpret_cast<HFONT>(::SendMessageA(Grid(), WM_GETFONT, 0, 0)), sizeof font,
