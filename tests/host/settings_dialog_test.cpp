@@ -37,6 +37,7 @@ enum : int {
   kGrid = 2502,
   kCellEdit = 2503,
   kCellCombo = 2504,
+  kSetToDefault = 2505,
   kSetToTarget = 2506,
   kInsertMacro = 2507,
   kErrorFiles = 2508,
@@ -165,10 +166,11 @@ void PickInTree(HWND page, const Names& path) {
   TreeView_SelectItem(Control(page, kTree), item);
 }
 
-void CheckInTree(HWND page, const Names& path) {
+void CheckInTree(HWND page, const Names& path, bool checked = true) {
   HTREEITEM item = TreeItem(page, path);
   ASSERT_NE(item, nullptr);
-  TreeView_SetItemState(Control(page, kTree), item, INDEXTOSTATEIMAGEMASK(2), TVIS_STATEIMAGEMASK);
+  TreeView_SetItemState(Control(page, kTree), item, INDEXTOSTATEIMAGEMASK(checked ? 2 : 1),
+                        TVIS_STATEIMAGEMASK);
 }
 
 bool ShownBold(HWND page, const Names& path) {
@@ -345,6 +347,11 @@ TEST_F(SettingsDialogTest, EditsEveryKindOfOptionAndOkSavesThemAtTheirLevels) {
     EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == ""; }));
     Screenshot("settings_compiler_files");
 
+    // The pages as the target shows them.
+    CheckInTree(page, {kTarget, "Source files", "util.c"}, false);
+    CheckInTree(page, {kTarget, "Source files", "main.c"}, false);
+    PickInTree(page, {kTarget});
+    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
     for (int shown = 0; shown < 9; ++shown) {
       ASSERT_TRUE(ShowPage(sheet, shown));
       Screenshot(kPageShots[shown]);
@@ -376,7 +383,7 @@ TEST_F(SettingsDialogTest, EditsEveryKindOfOptionAndOkSavesThemAtTheirLevels) {
   EXPECT_EQ(saved.String(FileKey(1), "CompilerOptionsWR"), "False");
 }
 
-TEST_F(SettingsDialogTest, FilesGoBackToTheirTargetsValueAfterTheQuestion) {
+TEST_F(SettingsDialogTest, FallbacksAskThenResetFilesAndTargets) {
   int result = -1;
   WhileOpen([&] { result = Q().DoProjectSettingsDialog(); }, [] {
     HWND sheet = WaitForDialog("Project Settings");
@@ -393,16 +400,25 @@ TEST_F(SettingsDialogTest, FilesGoBackToTheirTargetsValueAfterTheQuestion) {
               "Do you realy want to set the options of selected files to it's target value?");
     EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-g $(EDNAME)"; }));
     EXPECT_FALSE(ShownBold(page, {kTarget, "Source files", "util.c"}));
+
+    PickInTree(page, {kTarget});
+    Click(page, kSetToDefault);
+    EXPECT_EQ(AnswerMessageBox(IDNO),
+              "Do you realy want to set options of selected targets to it's default value ?");
+    EXPECT_EQ(ValueOf(page, "Options"), "-g $(EDNAME)");
+    Click(page, kSetToDefault);
+    EXPECT_NE(AnswerMessageBox(IDYES), "");
+    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
     PressKey(sheet, VK_RETURN);  // OK is the default button
     EXPECT_TRUE(WaitUntilClosed(sheet));
   });
   EXPECT_EQ(result, 1);
   SavedProject saved;
+  EXPECT_EQ(saved.String("Project[0]\\Target[0]\\FileOptios", "CompilerOptions"), "$(EDNAME)");
   for (int file : {0, 1}) {
-    EXPECT_EQ(saved.String(FileKey(file), "CompilerOptions"), "-g $(EDNAME)") << file;
+    EXPECT_EQ(saved.String(FileKey(file), "CompilerOptions"), "$(EDNAME)") << file;
     EXPECT_EQ(saved.String(FileKey(file), "CompilerOptionsWR"), "False") << file;
   }
-  EXPECT_EQ(saved.String(FileKey(2), "CompilerOptions"), "$(EDNAME)") << "an assembler source";
 }
 
 TEST_F(SettingsDialogTest, CancelChangesNothing) {

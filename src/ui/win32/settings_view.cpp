@@ -614,8 +614,34 @@ class PageView {
     }
   }
 
+  // The highlighted item is painted here, focused or not: not every tree
+  // draws its selection while the sheet is inactive, and the grid shows
+  // that item's options.
+  LRESULT TreeCustomDraw(NMTVCUSTOMDRAW* draw) {
+    if (draw->nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+    if (draw->nmcd.dwDrawStage != CDDS_ITEMPREPAINT ||
+        draw->nmcd.lItemlParam != state_.highlighted) {
+      return CDRF_DODEFAULT;
+    }
+    if (::GetFocus() == Tree()) {
+      draw->clrText = ::GetSysColor(COLOR_HIGHLIGHTTEXT);
+      draw->clrTextBk = ::GetSysColor(COLOR_HIGHLIGHT);
+    } else {
+      // Between the face and the shadow of buttons: seen on a white tree.
+      const COLORREF face = ::GetSysColor(COLOR_BTNFACE);
+      const COLORREF shadow = ::GetSysColor(COLOR_BTNSHADOW);
+      draw->clrText = ::GetSysColor(COLOR_WINDOWTEXT);
+      draw->clrTextBk = RGB((GetRValue(face) + GetRValue(shadow)) / 2,
+                            (GetGValue(face) + GetGValue(shadow)) / 2,
+                            (GetBValue(face) + GetBValue(shadow)) / 2);
+    }
+    return CDRF_NEWFONT;
+  }
+
   LRESULT OnTreeNotify(NMHDR* header) {
     switch (header->code) {
+      case NM_CUSTOMDRAW:
+        return TreeCustomDraw(reinterpret_cast<NMTVCUSTOMDRAW*>(header));
       case TVN_SELCHANGEDA:
       case TVN_SELCHANGEDW:
         ReadTree();
