@@ -8,8 +8,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <memory>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -49,9 +49,9 @@ enum : int {
 };
 enum Page { kGeneral, kCompiler, kAssembler, kLinker, kFileTypes, kIncludes, kCustomize };
 constexpr const char* kPageShots[] = {
-    "settings_general",  "settings_compiler",  "settings_assembler",
-    "settings_linker",   "settings_file_types", "settings_includes",
-    "settings_customize", "settings_advanced", "settings_run_before_after",
+    "settings_general",   "settings_compiler",   "settings_assembler",
+    "settings_linker",    "settings_file_types", "settings_includes",
+    "settings_customize", "settings_advanced",   "settings_run_before_after",
 };
 constexpr char kTarget[] = "demo - Debug";
 
@@ -100,14 +100,14 @@ std::string ValueOf(HWND page, const std::string& label) {
 HWND OpenCell(HWND page, const std::string& label, int editor_id) {
   HWND grid = Control(page, kGrid);
   // The last cell's editor first goes, so that it is not taken for this one.
-  EXPECT_TRUE(Eventually([&] {
-    return Control(page, kCellEdit) == nullptr && Control(page, kCellCombo) == nullptr;
-  }));
+  EXPECT_TRUE(Eventually(
+      [&] { return Control(page, kCellEdit) == nullptr && Control(page, kCellCombo) == nullptr; }));
   const int row = RowOf(page, label);
   EXPECT_GE(row, 0) << label;
   LVITEMA state = {};
   state.stateMask = state.state = LVIS_SELECTED | LVIS_FOCUSED;
-  ::SendMessageA(grid, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&state));
+  ::SendMessageA(grid, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&state));
   ::PostMessageA(grid, WM_KEYDOWN, VK_F2, 1);
   HWND editor = nullptr;
   if (editor_id != 0) Eventually([&] { return (editor = Control(page, editor_id)) != nullptr; });
@@ -256,109 +256,112 @@ class SettingsDialogTest : public ::testing::Test {
 
 TEST_F(SettingsDialogTest, EditsEveryKindOfOptionAndOkSavesThemAtTheirLevels) {
   int result = -1;
-  WhileOpen([&] { result = Q().DoProjectSettingsDialog(); }, [] {
-    HWND sheet = WaitForDialog("Project Settings");
-    ASSERT_NE(sheet, nullptr);
-    // Target level: the sheet opens on the default target.
-    HWND page = CurrentPage(sheet);
-    EXPECT_EQ(ValueOf(page, "Error Filter"), "No filter");
-    EnterInCell(page, "Target directory", "out\\debug");
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Target directory") == "out\\debug"; }));
-    ChooseInCell(page, "Error Filter", "GCC");
-    EXPECT_EQ(ValueOf(page, "Error Filter"), "GCC");
+  WhileOpen(
+      [&] { result = Q().DoProjectSettingsDialog(); },
+      [] {
+        HWND sheet = WaitForDialog("Project Settings");
+        ASSERT_NE(sheet, nullptr);
+        // Target level: the sheet opens on the default target.
+        HWND page = CurrentPage(sheet);
+        EXPECT_EQ(ValueOf(page, "Error Filter"), "No filter");
+        EnterInCell(page, "Target directory", "out\\debug");
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Target directory") == "out\\debug"; }));
+        ChooseInCell(page, "Error Filter", "GCC");
+        EXPECT_EQ(ValueOf(page, "Error Filter"), "GCC");
 
-    Click(page, kErrorFiles);
-    HWND files = WaitForDialog("Advanced");
-    ASSERT_NE(files, nullptr);
-    EXPECT_EQ(TextOf(Control(files, 2531)), "GCC");
-    ::SendMessageA(Control(files, kUseDefaultCompiler), BM_SETCHECK, BST_UNCHECKED, 0);
-    Press(files, kUseDefaultCompiler);
-    EXPECT_TRUE(IsWindowEnabled(Control(files, kCustomCompiler)));
-    Type(files, kCustomCompiler, "$(NOEXT).gcc");
-    Screenshot("settings_error_files");
-    Click(files, IDOK);
-    ASSERT_TRUE(WaitUntilClosed(files));
+        Click(page, kErrorFiles);
+        HWND files = WaitForDialog("Advanced");
+        ASSERT_NE(files, nullptr);
+        EXPECT_EQ(TextOf(Control(files, 2531)), "GCC");
+        ::SendMessageA(Control(files, kUseDefaultCompiler), BM_SETCHECK, BST_UNCHECKED, 0);
+        Press(files, kUseDefaultCompiler);
+        EXPECT_TRUE(IsWindowEnabled(Control(files, kCustomCompiler)));
+        Type(files, kCustomCompiler, "$(NOEXT).gcc");
+        Screenshot("settings_error_files");
+        Click(files, IDOK);
+        ASSERT_TRUE(WaitUntilClosed(files));
 
-    ASSERT_TRUE(ShowPage(sheet, kLinker));
-    page = CurrentPage(sheet);
-    ChooseInCell(page, "One command file line per file", "Yes");
-    EnterInCell(page, "Options", "-m $(OUTPUTDIR)map");
-    // A number that is none is refused, and the editor keeps it.
-    const char* separator = "Code of the file list separator character";
-    EnterInCell(page, separator, "semicolon");
-    EXPECT_THAT(AnswerMessageBox(IDOK), ::testing::HasSubstr("semicolon"));
-    ASSERT_NE(Control(page, kCellEdit), nullptr);
-    Type(page, kCellEdit, "59");
-    PressOn(Control(page, kCellEdit), VK_RETURN);
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, separator) == "59"; }));
+        ASSERT_TRUE(ShowPage(sheet, kLinker));
+        page = CurrentPage(sheet);
+        ChooseInCell(page, "One command file line per file", "Yes");
+        EnterInCell(page, "Options", "-m $(OUTPUTDIR)map");
+        // A number that is none is refused, and the editor keeps it.
+        const char* separator = "Code of the file list separator character";
+        EnterInCell(page, separator, "semicolon");
+        EXPECT_THAT(AnswerMessageBox(IDOK), ::testing::HasSubstr("semicolon"));
+        ASSERT_NE(Control(page, kCellEdit), nullptr);
+        Type(page, kCellEdit, "59");
+        PressOn(Control(page, kCellEdit), VK_RETURN);
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, separator) == "59"; }));
 
-    // Global lists, edited in their own dialog.
-    ASSERT_TRUE(ShowPage(sheet, kIncludes));
-    page = CurrentPage(sheet);
-    AddInListEditor(page, "Include paths", "Include paths", {"inc", "lib"}, 1,
-                    "settings_list_editor");
-    EXPECT_TRUE(Eventually(
-        [&] { return ValueOf(page, "Include paths") == "inc; lib (+subdirectories)"; }));
-    // The page keeps the user until the keyword rule holds.
-    ChooseInCell(page, "Check Assembler Includes", "Yes");
-    ::PostMessageA(sheet, PSM_SETCURSEL, kCustomize, 0);
-    EXPECT_EQ(AnswerMessageBox(IDOK), "Please specify the include keyword");
-    EXPECT_EQ(CurrentPage(sheet), page);
-    EnterInCell(page, "Include Keyword", "INCLUDE");
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Include Keyword") == "INCLUDE"; }));
+        // Global lists, edited in their own dialog.
+        ASSERT_TRUE(ShowPage(sheet, kIncludes));
+        page = CurrentPage(sheet);
+        AddInListEditor(page, "Include paths", "Include paths", {"inc", "lib"}, 1,
+                        "settings_list_editor");
+        EXPECT_TRUE(Eventually(
+            [&] { return ValueOf(page, "Include paths") == "inc; lib (+subdirectories)"; }));
+        // The page keeps the user until the keyword rule holds.
+        ChooseInCell(page, "Check Assembler Includes", "Yes");
+        ::PostMessageA(sheet, PSM_SETCURSEL, kCustomize, 0);
+        EXPECT_EQ(AnswerMessageBox(IDOK), "Please specify the include keyword");
+        EXPECT_EQ(CurrentPage(sheet), page);
+        EnterInCell(page, "Include Keyword", "INCLUDE");
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Include Keyword") == "INCLUDE"; }));
 
-    ASSERT_TRUE(ShowPage(sheet, kCustomize));
-    page = CurrentPage(sheet);
-    AddInListEditor(page, "Environment (NAME=value, one per line)",
-                    "Environment (NAME=value, one per line)", {"TOOLS=C:\\tools"}, -1, nullptr);
-    EXPECT_TRUE(Eventually([&] {
-      return ValueOf(page, "Environment (NAME=value, one per line)") == "TOOLS=C:\\tools";
-    }));
+        ASSERT_TRUE(ShowPage(sheet, kCustomize));
+        page = CurrentPage(sheet);
+        AddInListEditor(page, "Environment (NAME=value, one per line)",
+                        "Environment (NAME=value, one per line)", {"TOOLS=C:\\tools"}, -1, nullptr);
+        EXPECT_TRUE(Eventually([&] {
+          return ValueOf(page, "Environment (NAME=value, one per line)") == "TOOLS=C:\\tools";
+        }));
 
-    // File level: main.c gets its own compiler options, with a macro from
-    // the menu at the caret.
-    ASSERT_TRUE(ShowPage(sheet, kCompiler));
-    page = CurrentPage(sheet);
-    PickInTree(page, {kTarget, "Source files", "main.c"});
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
-    EXPECT_FALSE(ShownBold(page, {kTarget, "Source files", "main.c"}));
-    HWND edit = OpenCell(page, "Options", kCellEdit);
-    ASSERT_NE(edit, nullptr);
-    Type(page, kCellEdit, "-O2 ");
-    ::SendMessageA(edit, EM_SETSEL, 4, 4);
-    Click(page, kInsertMacro);
-    HWND menu = nullptr;
-    ASSERT_TRUE(Eventually([&] { return (menu = ::FindWindowA("#32768", nullptr)) != nullptr; }));
-    Screenshot("settings_macro_menu");
-    PressOn(menu, VK_DOWN);
-    PressOn(menu, VK_DOWN);  // the second: $(NOEXT)
-    PressOn(menu, VK_RETURN);
-    EXPECT_TRUE(Eventually([&] { return TextOf(edit) == "-O2 $(NOEXT)"; })) << TextOf(edit);
-    PressOn(edit, VK_RETURN);
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-O2 $(NOEXT)"; }));
-    EXPECT_TRUE(ShownBold(page, {kTarget, "Source files", "main.c"}));
-    ChooseInCell(page, "Assemble the compiler's output", "Yes");
+        // File level: main.c gets its own compiler options, with a macro from
+        // the menu at the caret.
+        ASSERT_TRUE(ShowPage(sheet, kCompiler));
+        page = CurrentPage(sheet);
+        PickInTree(page, {kTarget, "Source files", "main.c"});
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
+        EXPECT_FALSE(ShownBold(page, {kTarget, "Source files", "main.c"}));
+        HWND edit = OpenCell(page, "Options", kCellEdit);
+        ASSERT_NE(edit, nullptr);
+        Type(page, kCellEdit, "-O2 ");
+        ::SendMessageA(edit, EM_SETSEL, 4, 4);
+        Click(page, kInsertMacro);
+        HWND menu = nullptr;
+        ASSERT_TRUE(
+            Eventually([&] { return (menu = ::FindWindowA("#32768", nullptr)) != nullptr; }));
+        Screenshot("settings_macro_menu");
+        PressOn(menu, VK_DOWN);
+        PressOn(menu, VK_DOWN);  // the second: $(NOEXT)
+        PressOn(menu, VK_RETURN);
+        EXPECT_TRUE(Eventually([&] { return TextOf(edit) == "-O2 $(NOEXT)"; })) << TextOf(edit);
+        PressOn(edit, VK_RETURN);
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-O2 $(NOEXT)"; }));
+        EXPECT_TRUE(ShownBold(page, {kTarget, "Source files", "main.c"}));
+        ChooseInCell(page, "Assemble the compiler's output", "Yes");
 
-    // Two files that differ show blank; a value set for both is theirs.
-    CheckInTree(page, {kTarget, "Source files", "util.c"});
-    PickInTree(page, {kTarget, "Source files", "util.c"});
-    CheckInTree(page, {kTarget, "Source files", "main.c"});
-    PickInTree(page, {kTarget, "Source files", "main.c"});
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == ""; }));
-    Screenshot("settings_compiler_files");
+        // Two files that differ show blank; a value set for both is theirs.
+        CheckInTree(page, {kTarget, "Source files", "util.c"});
+        PickInTree(page, {kTarget, "Source files", "util.c"});
+        CheckInTree(page, {kTarget, "Source files", "main.c"});
+        PickInTree(page, {kTarget, "Source files", "main.c"});
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == ""; }));
+        Screenshot("settings_compiler_files");
 
-    // The pages as the target shows them.
-    CheckInTree(page, {kTarget, "Source files", "util.c"}, false);
-    CheckInTree(page, {kTarget, "Source files", "main.c"}, false);
-    PickInTree(page, {kTarget});
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
-    for (int shown = 0; shown < 9; ++shown) {
-      ASSERT_TRUE(ShowPage(sheet, shown));
-      Screenshot(kPageShots[shown]);
-    }
-    Click(sheet, IDOK);
-    EXPECT_TRUE(WaitUntilClosed(sheet));
-  });
+        // The pages as the target shows them.
+        CheckInTree(page, {kTarget, "Source files", "util.c"}, false);
+        CheckInTree(page, {kTarget, "Source files", "main.c"}, false);
+        PickInTree(page, {kTarget});
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
+        for (int shown = 0; shown < 9; ++shown) {
+          ASSERT_TRUE(ShowPage(sheet, shown));
+          Screenshot(kPageShots[shown]);
+        }
+        Click(sheet, IDOK);
+        EXPECT_TRUE(WaitUntilClosed(sheet));
+      });
   EXPECT_EQ(result, 1);
   EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), Note{ProjectChangeOptions}, Modified(), End()));
 
@@ -385,33 +388,37 @@ TEST_F(SettingsDialogTest, EditsEveryKindOfOptionAndOkSavesThemAtTheirLevels) {
 
 TEST_F(SettingsDialogTest, FallbacksAskThenResetFilesAndTargets) {
   int result = -1;
-  WhileOpen([&] { result = Q().DoProjectSettingsDialog(); }, [] {
-    HWND sheet = WaitForDialog("Project Settings");
-    ASSERT_NE(sheet, nullptr);
-    ASSERT_TRUE(ShowPage(sheet, kCompiler));
-    HWND page = CurrentPage(sheet);
-    EnterInCell(page, "Options", "-g $(EDNAME)");  // the target's, for every file
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-g $(EDNAME)"; }));
-    PickInTree(page, {kTarget, "Source files", "util.c"});
-    EnterInCell(page, "Options", "-Os");
-    EXPECT_TRUE(Eventually([&] { return ShownBold(page, {kTarget, "Source files", "util.c"}); }));
-    Click(page, kSetToTarget);
-    EXPECT_EQ(AnswerMessageBox(IDYES),
-              "Do you realy want to set the options of selected files to it's target value?");
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-g $(EDNAME)"; }));
-    EXPECT_FALSE(ShownBold(page, {kTarget, "Source files", "util.c"}));
+  WhileOpen(
+      [&] { result = Q().DoProjectSettingsDialog(); },
+      [] {
+        HWND sheet = WaitForDialog("Project Settings");
+        ASSERT_NE(sheet, nullptr);
+        ASSERT_TRUE(ShowPage(sheet, kCompiler));
+        HWND page = CurrentPage(sheet);
+        EnterInCell(page, "Options", "-g $(EDNAME)");  // the target's, for every file
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-g $(EDNAME)"; }));
+        PickInTree(page, {kTarget, "Source files", "util.c"});
+        EnterInCell(page, "Options", "-Os");
+        EXPECT_TRUE(Eventually([&] {
+          return ShownBold(page, {kTarget, "Source files", "util.c"});
+        }));
+        Click(page, kSetToTarget);
+        EXPECT_EQ(AnswerMessageBox(IDYES),
+                  "Do you realy want to set the options of selected files to it's target value?");
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "-g $(EDNAME)"; }));
+        EXPECT_FALSE(ShownBold(page, {kTarget, "Source files", "util.c"}));
 
-    PickInTree(page, {kTarget});
-    Click(page, kSetToDefault);
-    EXPECT_EQ(AnswerMessageBox(IDNO),
-              "Do you realy want to set options of selected targets to it's default value ?");
-    EXPECT_EQ(ValueOf(page, "Options"), "-g $(EDNAME)");
-    Click(page, kSetToDefault);
-    EXPECT_NE(AnswerMessageBox(IDYES), "");
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
-    PressKey(sheet, VK_RETURN);  // OK is the default button
-    EXPECT_TRUE(WaitUntilClosed(sheet));
-  });
+        PickInTree(page, {kTarget});
+        Click(page, kSetToDefault);
+        EXPECT_EQ(AnswerMessageBox(IDNO),
+                  "Do you realy want to set options of selected targets to it's default value ?");
+        EXPECT_EQ(ValueOf(page, "Options"), "-g $(EDNAME)");
+        Click(page, kSetToDefault);
+        EXPECT_NE(AnswerMessageBox(IDYES), "");
+        EXPECT_TRUE(Eventually([&] { return ValueOf(page, "Options") == "$(EDNAME)"; }));
+        PressKey(sheet, VK_RETURN);  // OK is the default button
+        EXPECT_TRUE(WaitUntilClosed(sheet));
+      });
   EXPECT_EQ(result, 1);
   SavedProject saved;
   EXPECT_EQ(saved.String("Project[0]\\Target[0]\\FileOptios", "CompilerOptions"), "$(EDNAME)");
@@ -424,16 +431,17 @@ TEST_F(SettingsDialogTest, FallbacksAskThenResetFilesAndTargets) {
 TEST_F(SettingsDialogTest, CancelChangesNothing) {
   const std::string before = SavedProject().bytes();
   int result = -1;
-  WhileOpen([&] { result = Q().DoProjectSettingsDialog(); }, [] {
-    HWND sheet = WaitForDialog("Project Settings");
-    ASSERT_NE(sheet, nullptr);
-    ASSERT_TRUE(ShowPage(sheet, kFileTypes));
-    HWND page = CurrentPage(sheet);
-    EnterInCell(page, "C sources", "C;CXX");
-    EXPECT_TRUE(Eventually([&] { return ValueOf(page, "C sources") == "C;CXX"; }));
-    PressKey(sheet, VK_ESCAPE);
-    EXPECT_TRUE(WaitUntilClosed(sheet));
-  });
+  WhileOpen([&] { result = Q().DoProjectSettingsDialog(); },
+            [] {
+              HWND sheet = WaitForDialog("Project Settings");
+              ASSERT_NE(sheet, nullptr);
+              ASSERT_TRUE(ShowPage(sheet, kFileTypes));
+              HWND page = CurrentPage(sheet);
+              EnterInCell(page, "C sources", "C;CXX");
+              EXPECT_TRUE(Eventually([&] { return ValueOf(page, "C sources") == "C;CXX"; }));
+              PressKey(sheet, VK_ESCAPE);
+              EXPECT_TRUE(WaitUntilClosed(sheet));
+            });
   EXPECT_EQ(result, 0);
   EXPECT_THAT(TakeNotes(), ElementsAre(Begin(), End()));
   EXPECT_EQ(SavedProject().bytes(), before);

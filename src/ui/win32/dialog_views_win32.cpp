@@ -228,7 +228,8 @@ class LinkOrderView : public Win32Dialog {
 class Win32DialogViews : public DialogViews {
  public:
   Win32DialogViews() {
-    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES | ICC_TREEVIEW_CLASSES |
+    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES |
+                                                          ICC_TREEVIEW_CLASSES |
                                                           ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
     ::InitCommonControlsEx(&controls);
   }

@@ -131,17 +131,30 @@ class ListEditorView : public Win32Dialog {
   void OnCommand(int id, int code) override {
     if (code != BN_CLICKED) return;
     switch (id) {
-      case IDC_LIST_ADD: Add(); return;
-      case IDC_LIST_REPLACE: Replace(Selected()); return;
-      case IDC_LIST_REMOVE: Remove(Selected()); return;
-      case IDC_LIST_UP: Move(Selected(), -1); return;
-      case IDC_LIST_DOWN: Move(Selected(), 1); return;
+      case IDC_LIST_ADD:
+        Add();
+        return;
+      case IDC_LIST_REPLACE:
+        Replace(Selected());
+        return;
+      case IDC_LIST_REMOVE:
+        Remove(Selected());
+        return;
+      case IDC_LIST_UP:
+        Move(Selected(), -1);
+        return;
+      case IDC_LIST_DOWN:
+        Move(Selected(), 1);
+        return;
       case IDOK:
         ReadFlags();
         End(true);
         return;
-      case IDCANCEL: End(false); return;
-      default: return;
+      case IDCANCEL:
+        End(false);
+        return;
+      default:
+        return;
     }
   }
 
@@ -198,8 +211,11 @@ class ErrorFilesView : public Win32Dialog {
   void ShowDefaults() {
     const FilterDescriptor* row = FindFilter(Text(IDC_ERR_FILTER));
     const TranslatorCapture* captures[3] = {nullptr, nullptr, nullptr};
-    if (row != nullptr) captures[0] = &row->compiler, captures[1] = &row->assembler,
-                        captures[2] = &row->linker;
+    if (row != nullptr) {
+      captures[0] = &row->compiler;
+      captures[1] = &row->assembler;
+      captures[2] = &row->linker;
+    }
     for (int i = 0; i < 3; ++i) {
       const char* name = captures[i] != nullptr ? captures[i]->error_file : "";
       SetText(IDC_ERR_DEFAULT_NAME + i, *name ? std::string("(") + name + ")" : "");
@@ -210,7 +226,8 @@ class ErrorFilesView : public Win32Dialog {
   bool Write() {
     std::string error;
     const std::string filter = Text(IDC_ERR_FILTER);
-    if (!filter.empty() && !sheet_.Edit(*FindField("FilterName"), {filter}, &error)) return Fail(error);
+    if (!filter.empty() && !sheet_.Edit(*FindField("FilterName"), {filter}, &error))
+      return Fail(error);
     for (int i = 0; i < 3; ++i) {
       const bool use_default = ::IsDlgButtonChecked(hwnd_, IDC_ERR_USE_DEFAULT + i) != 0;
       if (!sheet_.Edit(*FindField(kUseDefaultKeys[i]), {use_default ? "1" : "0"}, &error) ||
@@ -254,6 +271,8 @@ bool RunListEditor(const std::string& title, const std::string& hint,
   return true;
 }
 
-bool RunErrorFilesDialog(CSettingsSheet& sheet) { return ErrorFilesView(sheet).Run(IDD_ERROR_FILES); }
+bool RunErrorFilesDialog(CSettingsSheet& sheet) {
+  return ErrorFilesView(sheet).Run(IDD_ERROR_FILES);
+}
 
 }  // namespace quillon

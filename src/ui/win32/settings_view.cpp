@@ -53,8 +53,8 @@ struct SheetState {
         const int group_node = static_cast<int>(nodes.size());
         nodes.push_back({target.get(), group.get(), nullptr, group->name, target_node});
         for (const auto& file : group->files) {
-          nodes.push_back({target.get(), group.get(), file.get(), NameAndExtOfFile(file->display_name()),
-                           group_node});
+          nodes.push_back({target.get(), group.get(), file.get(),
+                           NameAndExtOfFile(file->display_name()), group_node});
         }
       }
     }
@@ -300,12 +300,17 @@ class PageView {
                                                             : "(select a target or files)";
       } else if (!view.mixed && !view.values.empty()) {
         switch (field.control) {
-          case FieldControl::kCheckBox: text = view.values[0] == "1" ? "Yes" : "No"; break;
+          case FieldControl::kCheckBox:
+            text = view.values[0] == "1" ? "Yes" : "No";
+            break;
           case FieldControl::kIncludeList:
             text = Joined(view.values, sheet().View(*FindOption(field.companion)).values);
             break;
-          case FieldControl::kStringList: text = Joined(view.values, {}); break;
-          default: text = view.values[0];
+          case FieldControl::kStringList:
+            text = Joined(view.values, {});
+            break;
+          default:
+            text = view.values[0];
         }
       }
       ListView_SetItemText(Grid(), static_cast<int>(row), 1, const_cast<char*>(text.c_str()));
@@ -333,18 +338,22 @@ class PageView {
   // Disabled rows grey, own values bold.
   LRESULT CustomDraw(NMLVCUSTOMDRAW* draw) {
     switch (draw->nmcd.dwDrawStage) {
-      case CDDS_PREPAINT: return CDRF_NOTIFYITEMDRAW;
-      case CDDS_ITEMPREPAINT: return CDRF_NOTIFYSUBITEMDRAW;
+      case CDDS_PREPAINT:
+        return CDRF_NOTIFYITEMDRAW;
+      case CDDS_ITEMPREPAINT:
+        return CDRF_NOTIFYSUBITEMDRAW;
       case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
         const size_t row = draw->nmcd.dwItemSpec;
         if (row >= looks_.size()) return CDRF_DODEFAULT;
         draw->clrText = ::GetSysColor(looks_[row].enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
         const bool bold = draw->iSubItem == 1 && looks_[row].own;
-        ::SelectObject(draw->nmcd.hdc,
-                       bold ? bold_ : reinterpret_cast<HFONT>(::SendMessageA(Grid(), WM_GETFONT, 0, 0)));
+        ::SelectObject(
+            draw->nmcd.hdc,
+            bold ? bold_ : reinterpret_cast<HFONT>(::SendMessageA(Grid(), WM_GETFONT, 0, 0)));
         return CDRF_NEWFONT;
       }
-      default: return CDRF_DODEFAULT;
+      default:
+        return CDRF_DODEFAULT;
     }
   }
 
@@ -406,10 +415,10 @@ class PageView {
   }
 
   HWND Create(const char* kind, DWORD style, int id) {
-    return ::CreateWindowExA(0, kind, "", WS_CHILD | WS_BORDER | style, 0, 0, 0, 0, hwnd_,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                             reinterpret_cast<HINSTANCE>(::GetWindowLongPtrA(hwnd_, GWLP_HINSTANCE)),
-                             nullptr);
+    return ::CreateWindowExA(
+        0, kind, "", WS_CHILD | WS_BORDER | style, 0, 0, 0, 0, hwnd_,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+        reinterpret_cast<HINSTANCE>(::GetWindowLongPtrA(hwnd_, GWLP_HINSTANCE)), nullptr);
   }
 
   void OpenEdit(int row, const std::string& text) {
@@ -499,9 +508,8 @@ class PageView {
     if (companion != nullptr) {
       for (const std::string& flag : sheet().View(*companion).values) flags.push_back(flag == "1");
     }
-    const std::string hint = companion != nullptr
-                                 ? "Checked: its subdirectories are searched too."
-                                 : "One NAME=value per line.";
+    const std::string hint = companion != nullptr ? "Checked: its subdirectories are searched too."
+                                                  : "One NAME=value per line.";
     if (!RunListEditor(RowLabel(field.label), hint, &items, companion ? &flags : nullptr)) return;
     std::string error;
     std::vector<std::string> flag_texts;
@@ -631,9 +639,9 @@ class PageView {
       const COLORREF face = ::GetSysColor(COLOR_BTNFACE);
       const COLORREF shadow = ::GetSysColor(COLOR_BTNSHADOW);
       draw->clrText = ::GetSysColor(COLOR_WINDOWTEXT);
-      draw->clrTextBk = RGB((GetRValue(face) + GetRValue(shadow)) / 2,
-                            (GetGValue(face) + GetGValue(shadow)) / 2,
-                            (GetBValue(face) + GetBValue(shadow)) / 2);
+      draw->clrTextBk =
+          RGB((GetRValue(face) + GetRValue(shadow)) / 2, (GetGValue(face) + GetGValue(shadow)) / 2,
+              (GetBValue(face) + GetBValue(shadow)) / 2);
     }
     return CDRF_NEWFONT;
   }
