@@ -483,8 +483,8 @@ class PageView {
   static LRESULT CALLBACK EditorProc(HWND editor, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* self = reinterpret_cast<PageView*>(::GetWindowLongPtrA(editor, GWLP_USERDATA));
     const WNDPROC base = self->editor_proc_;
-    const bool dropped = ::SendMessageA(editor, CB_GETDROPPEDSTATE, 0, 0) != 0 &&
-                         ::GetDlgCtrlID(editor) == IDC_SETTINGS_COMBO;
+    const bool dropped = ::GetDlgCtrlID(editor) == IDC_SETTINGS_COMBO &&
+                         ::SendMessageA(editor, CB_GETDROPPEDSTATE, 0, 0) != 0;
     const bool enter_or_escape = wparam == VK_RETURN || wparam == VK_ESCAPE;
     if (message == WM_GETDLGCODE && lparam != 0 && !dropped) {
       const MSG* key = reinterpret_cast<const MSG*>(lparam);
