@@ -26,6 +26,7 @@ class LibraryDialogHost : public DialogHost {
   }
 
   void Modified() override { state_.Notify(ProjectChangeModified); }
+  void OptionsChanged() override { state_.Notify(ProjectChangeOptions); }
   void Reloaded() override { state_.Notify(ProjectChangeReloaded, "", ""); }
   void GroupAdded(const std::string& group) override {
     state_.Notify(ProjectChangeGroupAdded, group, "");
@@ -38,6 +39,10 @@ class LibraryDialogHost : public DialogHost {
     state_.Notify(ProjectChangeFileRemoved, file, group);
   }
   void UpdateDependencies() override { UpdateAllDependencies(state_); }
+  void FileKindsChanged() override {
+    state_.project_changed = true;
+    state_.Scanner().SetReset();
+  }
 
   UiServices& ui() override { return *state_.ui; }
   DialogViews& views() override { return *state_.views; }
@@ -97,11 +102,7 @@ Status ExportProject(LibraryState& state) {
 }  // namespace
 
 int QUILLON_CALL _DoProjectSettingsDialog(void) {
-  return Guarded(0, [] {
-    if (!State().project) return 0;
-    ChangeBracket bracket;
-    return 0;
-  });
+  return RunDialog(0, [](DialogHost& host) { return RunProjectSettingsFlow(host); });
 }
 
 int QUILLON_CALL _DoAddProjectFileDialog(intptr_t value) {

@@ -8,6 +8,7 @@
 #include "ui/link_order_dialog.h"
 #include "ui/new_group_dialog.h"
 #include "ui/project_files_dialog.h"
+#include "ui/settings/settings_sheet.h"
 #include "ui/targets_dialog.h"
 
 namespace quillon {
@@ -100,6 +101,19 @@ int RunProjectFilesFlow(DialogHost& host, int group_index) {
     return host.views().RunProjectFiles(dialog) ? 1 : 0;
   }
   return 0;
+}
+
+int RunProjectSettingsFlow(DialogHost& host) {
+  if (host.project() == nullptr) return 0;
+  CSettingsSheet sheet(MakeWorkingCopy(host), *host.project(), host.ui());
+  const bool ok = host.views().RunSettings(sheet);
+  std::unique_ptr<CProjectData> edited = TakeWorkingCopy(host);
+  if (!ok) return 0;
+  if (sheet.kinds_changed()) host.FileKindsChanged();
+  host.Install(std::move(edited));
+  host.OptionsChanged();
+  host.Modified();
+  return 1;
 }
 
 }  // namespace quillon

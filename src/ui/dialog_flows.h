@@ -15,6 +15,10 @@ void RunNewGroupFlow(DialogHost& host);
 void RunLinkOrderFlow(DialogHost& host);
 // 1 when the dialog ended with OK, else 0. `group_index` preselects a group.
 int RunProjectFilesFlow(DialogHost& host, int group_index);
+// The settings sheet on a working copy: 1 after OK, which installs the copy
+// and tells the host the options changed; 0 after Cancel, which changes
+// nothing.
+int RunProjectSettingsFlow(DialogHost& host);
 
 }  // namespace quillon
 

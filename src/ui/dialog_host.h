@@ -27,12 +27,16 @@ class DialogHost {
 
   // The host's notifications.
   virtual void Modified() = 0;
+  virtual void OptionsChanged() = 0;
   virtual void Reloaded() = 0;
   virtual void GroupAdded(const std::string& group) = 0;
   virtual void FileAdded(const std::string& file, const std::string& group) = 0;
   virtual void FileRemoved(const std::string& file, const std::string& group) = 0;
   // The dependency update that follows a change of the default target.
   virtual void UpdateDependencies() = 0;
+  // The source extensions changed, so files may now be of another kind:
+  // what was scanned and decided for them no longer holds.
+  virtual void FileKindsChanged() = 0;
 
   virtual UiServices& ui() = 0;
   virtual DialogViews& views() = 0;

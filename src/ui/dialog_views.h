@@ -12,6 +12,7 @@ class CRenameTargetDialog;
 class CNewGroupDialog;
 class CLinkOrderDialog;
 class CProjectFilesDialog;
+class CSettingsSheet;
 
 class DialogViews {
  public:
@@ -22,6 +23,8 @@ class DialogViews {
   virtual bool RunNewGroup(CNewGroupDialog& dialog) = 0;
   virtual bool RunLinkOrder(CLinkOrderDialog& dialog) = 0;
   virtual bool RunProjectFiles(CProjectFilesDialog& dialog) = 0;
+  // OK only once the sheet's Confirm agreed.
+  virtual bool RunSettings(CSettingsSheet& sheet) = 0;
 
   static DialogViews& Default();
 };

@@ -13,6 +13,7 @@ class NoDialogViews : public DialogViews {
   bool RunNewGroup(CNewGroupDialog&) override { return false; }
   bool RunLinkOrder(CLinkOrderDialog&) override { return false; }
   bool RunProjectFiles(CProjectFilesDialog&) override { return false; }
+  bool RunSettings(CSettingsSheet&) override { return false; }
 };
 
 }  // namespace

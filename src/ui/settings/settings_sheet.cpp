@@ -163,6 +163,11 @@ bool CSettingsSheet::Confirm(const CProjectData& original, bool* kinds_changed) 
   return true;
 }
 
+bool CSettingsSheet::Ok() {
+  kinds_changed_ = false;
+  return Confirm(original_ != nullptr ? *original_ : copy_, &kinds_changed_);
+}
+
 bool CSettingsSheet::HasOwnValues(CProjectData& project, CProjectFile& file) {
   const OptionScope scope{&project, TargetOf(file), &file};
   for (const OptionInfo& info : OptionCatalogue()) {

@@ -37,8 +37,13 @@ class CSettingsSheet {
   // Edits `working_copy`, a copy of the open project that the caller
   // installs on OK and drops on Cancel.
   CSettingsSheet(CProjectData& working_copy, UiServices& ui) : copy_(working_copy), ui_(ui) {}
+  // With the open project that OK compares against.
+  CSettingsSheet(CProjectData& working_copy, const CProjectData& original, UiServices& ui)
+      : copy_(working_copy), ui_(ui), original_(&original) {}
 
   CProjectData& working_copy() { return copy_; }
+  // For the views' own messages (a refused value).
+  UiServices& ui() { return ui_; }
 
   void Select(SettingsSelection selection) { selection_ = std::move(selection); }
   const SettingsSelection& selection() const { return selection_; }
@@ -70,6 +75,11 @@ class CSettingsSheet {
   // Then tells whether the files' kinds may have changed: the compiler or
   // assembler source extensions differ from `original`'s.
   bool Confirm(const CProjectData& original, bool* kinds_changed);
+  // The view's OK button: Confirm against the original given at
+  // construction (none: kinds never change), the outcome kept for the
+  // caller that installs the copy.
+  bool Ok();
+  bool kinds_changed() const { return kinds_changed_; }
 
   // Whether a file holds an own value of any file option (the tree marks it).
   static bool HasOwnValues(CProjectData& project, CProjectFile& file);
@@ -86,6 +96,8 @@ class CSettingsSheet {
   CProjectData& copy_;
   UiServices& ui_;
   SettingsSelection selection_;
+  const CProjectData* original_ = nullptr;
+  bool kinds_changed_ = false;
 };
 
 }  // namespace quillon

@@ -10,6 +10,7 @@
 #include "ui/targets_dialog.h"
 #include "ui/win32/dialog_ids.h"
 #include "ui/win32/project_files_view.h"
+#include "ui/win32/settings_view.h"
 #include "ui/win32/win32_dialog.h"
 
 namespace quillon {
@@ -227,7 +228,9 @@ class LinkOrderView : public Win32Dialog {
 class Win32DialogViews : public DialogViews {
  public:
   Win32DialogViews() {
-    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
+    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES |
+                                                          ICC_TREEVIEW_CLASSES |
+                                                          ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
     ::InitCommonControlsEx(&controls);
   }
 
@@ -245,6 +248,7 @@ class Win32DialogViews : public DialogViews {
     return LinkOrderView(dialog).Run(IDD_LINK_ORDER);
   }
   bool RunProjectFiles(CProjectFilesDialog& dialog) override { return RunProjectFilesView(dialog); }
+  bool RunSettings(CSettingsSheet& sheet) override { return RunSettingsView(sheet); }
 };
 
 }  // namespace

@@ -161,5 +161,82 @@ TEST_F(DialogFlowsTest, LinkOrderInstallsOnlyAChangeEndedWithOk) {
   }
 }
 
+// The settings sheet's runs as a view drives them: edits, then OK as the
+// button does it (the sheet's Ok decides) or Cancel.
+TEST_F(DialogFlowsTest, SettingsOkInstallsTheEditedCopyAndTellsOptionsChanged) {
+  struct Case {
+    const char* key;  // null: OK without an edit
+    const char* value;
+    Names told;
+  };
+  const Case cases[] = {
+      {nullptr, nullptr, {"install", "6", "9"}},
+      {"LinkerOptions", "-m map", {"install", "6", "9"}},
+      {"CInpExtensions", "C;CPP;CXX", {"kinds", "install", "6", "9"}},
+      {"AInpExtensions", "ASM;S", {"kinds", "install", "6", "9"}},
+      {"HeaderExtension", "H;HPP", {"install", "6", "9"}},  // headers are not project files
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.key ? c.key : "no edit");
+    RecordingDialogHost fresh;
+    fresh.current->AddTarget("Debug", "");
+    fresh.scripted.settings = [&](CSettingsSheet& sheet) {
+      EXPECT_EQ(&sheet.working_copy(), fresh.copy.get());
+      if (c.key != nullptr) {
+        SettingsSelection selection;
+        selection.targets = {sheet.working_copy().FindTarget("Debug")};
+        sheet.Select(selection);
+        std::string error;
+        EXPECT_TRUE(sheet.Edit(*FindField(c.key), {c.value}, &error)) << error;
+      }
+      return sheet.Ok();
+    };
+    EXPECT_EQ(RunProjectSettingsFlow(fresh), 1);
+    EXPECT_EQ(fresh.told, c.told);
+    EXPECT_EQ(fresh.copy, nullptr);
+    if (c.key != nullptr) {
+      OptionScope scope{fresh.current.get(), fresh.current->FindTarget("Debug"), nullptr};
+      EXPECT_EQ(GetOption(*FindOption(c.key), scope), Names{c.value});
+    }
+  }
+}
+
+TEST_F(DialogFlowsTest, SettingsCancelChangesNothing) {
+  OneTarget();
+  const CProjectData* before = host.current.get();
+  host.scripted.settings = [](CSettingsSheet& sheet) {
+    std::string error;
+    EXPECT_TRUE(sheet.Edit(*FindField("CInpExtensions"), {"CXX"}, &error)) << error;
+    return false;
+  };
+  EXPECT_EQ(RunProjectSettingsFlow(host), 0);
+  EXPECT_EQ(host.current.get(), before);
+  EXPECT_EQ(GetOption(*FindOption("CInpExtensions"), {host.current.get(), nullptr, nullptr}),
+            Names{"C;CPP"});
+  EXPECT_TRUE(host.told.empty());
+  EXPECT_EQ(host.copy, nullptr);
+}
+
+TEST_F(DialogFlowsTest, SettingsOkWaitsForTheIncludeKeyword) {
+  OneTarget();
+  host.scripted.settings = [](CSettingsSheet& sheet) {
+    std::string error;
+    EXPECT_TRUE(sheet.Edit(*FindField("DF_Valid"), {"1"}, &error)) << error;
+    EXPECT_FALSE(sheet.Ok());  // the sheet stays open
+    EXPECT_TRUE(sheet.Edit(*FindField("DF_Keyword"), {"INCLUDE"}, &error)) << error;
+    return sheet.Ok();
+  };
+  EXPECT_EQ(RunProjectSettingsFlow(host), 1);
+  EXPECT_EQ(host.fake_ui.message_texts(), Names{kIncludeKeywordMessage});
+  EXPECT_EQ(GetOption(*FindOption("DF_Keyword"), {host.current.get(), nullptr, nullptr}),
+            Names{"INCLUDE"});
+}
+
+TEST_F(DialogFlowsTest, SettingsWithoutProjectOpensNothing) {
+  host.current.reset();
+  EXPECT_EQ(RunProjectSettingsFlow(host), 0);
+  EXPECT_TRUE(host.scripted.runs.empty());
+}
+
 }  // namespace
 }  // namespace quillon

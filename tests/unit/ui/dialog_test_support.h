@@ -15,6 +15,7 @@
 #include "ui/link_order_dialog.h"
 #include "ui/new_group_dialog.h"
 #include "ui/project_files_dialog.h"
+#include "ui/settings/settings_sheet.h"
 #include "ui/targets_dialog.h"
 
 namespace quillon {
@@ -28,6 +29,7 @@ struct ScriptedViews : DialogViews {
   std::function<bool(CNewGroupDialog&)> new_group;
   std::function<bool(CLinkOrderDialog&)> link_order;
   std::function<bool(CProjectFilesDialog&)> project_files;
+  std::function<bool(CSettingsSheet&)> settings;
   std::vector<std::string> runs;
 
   template <typename Dialog>
@@ -45,6 +47,7 @@ struct ScriptedViews : DialogViews {
   bool RunProjectFiles(CProjectFilesDialog& d) override {
     return Run("Project Files", project_files, d);
   }
+  bool RunSettings(CSettingsSheet& s) override { return Run("Settings", settings, s); }
 };
 
 class RecordingDialogHost : public DialogHost {
@@ -62,6 +65,7 @@ class RecordingDialogHost : public DialogHost {
     current = std::move(replacement);
   }
   void Modified() override { told.push_back("9"); }
+  void OptionsChanged() override { told.push_back("6"); }
   void Reloaded() override { told.push_back("5"); }
   void GroupAdded(const std::string& group) override { told.push_back("2 " + group); }
   void FileAdded(const std::string& file, const std::string& group) override {
@@ -71,6 +75,7 @@ class RecordingDialogHost : public DialogHost {
     told.push_back("0 " + file + " " + group);
   }
   void UpdateDependencies() override { told.push_back("update"); }
+  void FileKindsChanged() override { told.push_back("kinds"); }
   UiServices& ui() override { return fake_ui; }
   DialogViews& views() override { return scripted; }
 
