@@ -1,10 +1,11 @@
-"""Validates a SARIF log against the published 2.1.0 schema, then checks that
+"""Validates a SARIF log against the published 2.1.0 schema (gzip-compressed), then checks that
 it holds a result of the given level, rule and place.
 
     check_sarif.py SCHEMA LOG LEVEL RULE URI_SUFFIX LINE
 
 RULE "-" means a result without a rule.
 """
+import gzip
 import json
 import sys
 
@@ -13,7 +14,8 @@ import jsonschema
 
 def main():
     schema_path, log_path, level, rule, uri_suffix, line = sys.argv[1:7]
-    with open(schema_path, encoding="utf-8") as f:
+    # The published schema, kept compressed and byte for byte.
+    with gzip.open(schema_path, "rt", encoding="utf-8") as f:
         schema = json.load(f)
     with open(log_path, encoding="utf-8") as f:
         log = json.load(f)

@@ -89,9 +89,6 @@ class NewTargetView : public Win32Dialog {
 
   void OnCommand(int id, int code) override {
     switch (id) {
-      case IDC_TARGET_NAME:
-        if (code == EN_CHANGE) Enable(IDOK, CRenameTargetDialog::OkEnabled(Text(IDC_TARGET_NAME)));
-        return;
       case IDC_DEFAULT_SETTINGS:
       case IDC_COPY_SETTINGS:
         if (code != BN_CLICKED) return;
@@ -107,17 +104,10 @@ class NewTargetView : public Win32Dialog {
           dialog_.SelectSource(static_cast<int>(::SendMessageA(Item(id), CB_GETCURSEL, 0, 0)));
         }
         return;
-      case IDOK:
-        if (dialog_.Ok(Text(IDC_TARGET_NAME))) {
-          End(true);
-        } else {
-          FocusEdit(IDC_TARGET_NAME);
-        }
-        return;
-      case IDCANCEL:
-        End(false);
-        return;
       default:
+        OnNameCommand(
+            id, code, IDC_TARGET_NAME, CRenameTargetDialog::OkEnabled,
+            [this](const std::string& name) { return dialog_.Ok(name); });
         return;
     }
   }
@@ -138,17 +128,9 @@ class RenameTargetView : public Win32Dialog {
   }
 
   void OnCommand(int id, int code) override {
-    if (id == IDC_NEW_TARGET_NAME && code == EN_CHANGE) {
-      Enable(IDOK, CRenameTargetDialog::OkEnabled(Text(IDC_NEW_TARGET_NAME)));
-    } else if (id == IDOK) {
-      if (dialog_.Ok(Text(IDC_NEW_TARGET_NAME))) {
-        End(true);
-      } else {
-        FocusEdit(IDC_NEW_TARGET_NAME);
-      }
-    } else if (id == IDCANCEL) {
-      End(false);
-    }
+    OnNameCommand(
+        id, code, IDC_NEW_TARGET_NAME, CRenameTargetDialog::OkEnabled,
+        [this](const std::string& name) { return dialog_.Ok(name); });
   }
 
   CRenameTargetDialog& dialog_;
@@ -166,17 +148,9 @@ class NewGroupView : public Win32Dialog {
   }
 
   void OnCommand(int id, int code) override {
-    if (id == IDC_GROUP_NAME && code == EN_CHANGE) {
-      Enable(IDOK, CNewGroupDialog::OkEnabled(Text(IDC_GROUP_NAME)));
-    } else if (id == IDOK) {
-      if (dialog_.Ok(Text(IDC_GROUP_NAME))) {
-        End(true);
-      } else {
-        FocusEdit(IDC_GROUP_NAME);
-      }
-    } else if (id == IDCANCEL) {
-      End(false);
-    }
+    OnNameCommand(
+        id, code, IDC_GROUP_NAME, CNewGroupDialog::OkEnabled,
+        [this](const std::string& name) { return dialog_.Ok(name); });
   }
 
   CNewGroupDialog& dialog_;

@@ -37,6 +37,27 @@ class Win32Dialog {
   void End(bool ok) const { ::EndDialog(hwnd_, ok ? IDOK : IDCANCEL); }
   // Back to the edit after a refused name, its text selected.
   void FocusEdit(int id) const;
+  // The commands of a dialog around one name in edit `edit`: OK is enabled
+  // while `acceptable(name)` holds; OK ends the dialog when `accept(name)`
+  // does, else the edit gets the focus back; Cancel ends it. Answers
+  // whether `id` was one of those.
+  template <typename Acceptable, typename Accept>
+  bool OnNameCommand(int id, int code, int edit, Acceptable acceptable, Accept accept) {
+    if (id == edit) {
+      if (code == EN_CHANGE) Enable(IDOK, acceptable(Text(edit)));
+    } else if (id == IDOK) {
+      if (accept(Text(edit))) {
+        End(true);
+      } else {
+        FocusEdit(edit);
+      }
+    } else if (id == IDCANCEL) {
+      End(false);
+    } else {
+      return false;
+    }
+    return true;
+  }
 
   HWND hwnd_ = nullptr;
 
