@@ -8,6 +8,7 @@
 // not copied: nodes keep views into the bytes.
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "model/registry/coding.h"
@@ -59,8 +60,6 @@ class RecordParser {
 
   ByteReader in_;
   RegistryArena* arena_;
-  // The children of every key being read, innermost last.
-  std::vector<RegistryNode> scratch_;
 };
 
 int RecordParser::ParseHeader() {
@@ -81,36 +80,37 @@ int RecordParser::ParseRoot(RegistryNode* root) {
   return ReadChildren(count, 0, root) ? kRegOK : kRegRecordsNotSupported;
 }
 
-// Reads the `count` child records of `key`, which has `depth` keys above it.
+// Reads the `count` child records of `key`, which has `depth` keys above it,
+// straight into their range of the arena. The range is sized by the count,
+// but never beyond the records the bytes left can hold, so a hostile count
+// sizes nothing.
 bool RecordParser::ReadChildren(uint16_t count, int depth, RegistryNode* key) {
   if (depth >= kRegistryMaxDepth) return false;
-  const size_t first = scratch_.size();
+  // A record is at least its type and its name's length.
+  constexpr size_t kSmallestRecord = 3;
+  if (count > in_.remaining() / kSmallestRecord) return false;
+  RegistryNode* const range = arena_->AllocateNodes(count);
   bool in_order = true;
   for (uint16_t i = 0; i < count; ++i) {
     // The end of the input shows here, as a missing type code.
     int type = in_.ReadByte();
     if (!IsDefinedType(type)) return false;
-    RegistryNode node;
-    RegistryCodec::SetType(node, static_cast<uint8_t>(type));
+    RegistryNode* node = new (&range[i]) RegistryNode();
+    RegistryCodec::SetType(*node, static_cast<uint8_t>(type));
     uint16_t children = type == kRegKey ? in_.ReadFixed16() : 0;
-    RegistryCodec::SetName(node, in_.ReadView(in_.ReadFixed16()));
-    ReadValue(&node);
-    if (children != 0 && !ReadChildren(children, depth + 1, &node)) return false;
-    if (scratch_.size() > first && !NameLess(scratch_.back(), node)) in_order = false;
-    scratch_.push_back(node);
+    RegistryCodec::SetName(*node, in_.ReadView(in_.ReadFixed16()));
+    ReadValue(node);
+    if (children != 0 && !ReadChildren(children, depth + 1, node)) return false;
+    if (i > 0 && !NameLess(range[i - 1], *node)) in_order = false;
   }
-  auto begin = scratch_.begin() + static_cast<std::ptrdiff_t>(first);
+  size_t kept = count;
   // Files we write are in order; hostile ones are sorted once, and a name
   // that repeats an earlier sibling's is dropped (a stable sort keeps the
   // first of equal names first).
   if (!in_order) {
-    std::stable_sort(begin, scratch_.end(), NameLess);
-    scratch_.erase(std::unique(begin, scratch_.end(), NameEqual), scratch_.end());
+    std::stable_sort(range, range + count, NameLess);
+    kept = static_cast<size_t>(std::unique(range, range + count, NameEqual) - range);
   }
-  size_t kept = scratch_.size() - first;
-  RegistryNode* range = arena_->AllocateNodes(kept);
-  std::memcpy(static_cast<void*>(range), &scratch_[first], kept * sizeof(RegistryNode));
-  scratch_.resize(first);
   RegistryCodec::Kids(*key) = {range, Size32(kept), Size32(kept)};
   return true;
 }
