@@ -47,13 +47,9 @@ bool IsCode(std::string_view word) {
   return true;
 }
 
-struct Marker {
-  std::string_view word;
-  int severity;
-};
-
 // The severity word a line opens with, cut off with it.
-bool ReadMarker(std::string_view* text, const Marker* markers, size_t count, int* severity) {
+bool ReadMarker(std::string_view* text, const SeverityMarker* markers, size_t count,
+                int* severity) {
   for (size_t i = 0; i < count; ++i) {
     if (StartsWith(*text, markers[i].word)) {
       *severity = markers[i].severity;
@@ -77,9 +73,9 @@ class CBorlandParser : public COutputParser {
 // the message names no place. A following line that opens with "in
 // function" is the message's tail split onto its own line.
 void CBorlandParser::Compiler() {
-  static constexpr Marker kMarkers[] = {{"Error ", CMessageTable::kError},
-                                        {"Warning ", CMessageTable::kWarning},
-                                        {"Fatal ", CMessageTable::kFatal}};
+  static constexpr SeverityMarker kMarkers[] = {{"Error ", CMessageTable::kError},
+                                                {"Warning ", CMessageTable::kWarning},
+                                                {"Fatal ", CMessageTable::kFatal}};
   while (ReadLine()) {
     std::string_view rest = line();
     int severity;
@@ -120,10 +116,10 @@ void CBorlandParser::Compiler() {
 // "**Error** FILE(LINE) TEXT"; "*Warning*" and "**Fatal**" alike. A
 // message about the command line has no "(LINE)".
 void CBorlandParser::Assembler() {
-  static constexpr Marker kMarkers[] = {{"**Error**", CMessageTable::kError},
-                                        {"*Warning*", CMessageTable::kWarning},
-                                        {"**Fatal**", CMessageTable::kFatal},
-                                        {"*Fatal*", CMessageTable::kFatal}};
+  static constexpr SeverityMarker kMarkers[] = {{"**Error**", CMessageTable::kError},
+                                                {"*Warning*", CMessageTable::kWarning},
+                                                {"**Fatal**", CMessageTable::kFatal},
+                                                {"*Fatal*", CMessageTable::kFatal}};
   while (ReadLine()) {
     std::string_view rest = TrimBlanks(line());
     int severity;
@@ -144,9 +140,9 @@ void CBorlandParser::Assembler() {
 
 // "Error: TEXT", "Warning: TEXT", "Fatal: TEXT" at the line's start.
 void CBorlandParser::Linker() {
-  static constexpr Marker kMarkers[] = {{"Error:", CMessageTable::kError},
-                                        {"Warning:", CMessageTable::kWarning},
-                                        {"Fatal:", CMessageTable::kFatal}};
+  static constexpr SeverityMarker kMarkers[] = {{"Error:", CMessageTable::kError},
+                                                {"Warning:", CMessageTable::kWarning},
+                                                {"Fatal:", CMessageTable::kFatal}};
   while (ReadLine()) {
     std::string_view rest = line();
     int severity;

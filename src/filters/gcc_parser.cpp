@@ -63,12 +63,8 @@ Tool ToolOf(std::string_view name) {
   return tool;
 }
 
-struct Marker {
-  std::string_view word;
-  int severity;
-};
 constexpr int kNote = -1;
-constexpr Marker kMarkers[] = {
+constexpr SeverityMarker kMarkers[] = {
     {"fatal error:", CMessageTable::kFatal},
     {"error:", CMessageTable::kError},
     {"warning:", CMessageTable::kWarning},
@@ -77,7 +73,7 @@ constexpr Marker kMarkers[] = {
 
 // A severity word at the head of `text`, cut off; false when there is none.
 bool ReadMarker(std::string_view* text, int* severity) {
-  for (const Marker& marker : kMarkers) {
+  for (const SeverityMarker& marker : kMarkers) {
     if (StartsWithNoCase(*text, marker.word)) {
       *severity = marker.severity;
       *text = SkipBlanks(text->substr(marker.word.size()));
@@ -102,7 +98,8 @@ bool ReadPlace(std::string_view* text, Place* place) {
   std::string_view rest = *text;
   // A drive letter's colon is part of the name.
   size_t from =
-      (rest.size() > 2 && IsLetterChar(rest[0]) && rest[1] == ':' && IsPathSeparator(rest[2])) ? 2 : 0;
+      (rest.size() > 2 && IsLetterChar(rest[0]) && rest[1] == ':' && IsPathSeparator(rest[2])) ? 2
+                                                                                               : 0;
   for (int nesting = 0; nesting < 2; ++nesting) {
     const size_t colon = rest.find(':', from);
     if (colon == npos || colon == 0) return false;

@@ -19,11 +19,7 @@ namespace {
 constexpr size_t npos = std::string_view::npos;
 constexpr size_t kWrapIndent = 10;
 
-struct Marker {
-  std::string_view word;
-  int severity;
-};
-constexpr Marker kParenMarkers[] = {
+constexpr SeverityMarker kParenMarkers[] = {
     {"(error", CMessageTable::kError},
     {"(warning", CMessageTable::kWarning},
     {"(fatal", CMessageTable::kFatal},
@@ -41,7 +37,7 @@ struct Paren {
 bool FindParen(std::string_view text, Paren* paren) {
   size_t best = npos;
   Paren found;
-  for (const Marker& marker : kParenMarkers) {
+  for (const SeverityMarker& marker : kParenMarkers) {
     const size_t at = text.find(marker.word);
     if (at == npos || at >= best) continue;
     std::string_view after = text.substr(at + marker.word.size());

@@ -24,19 +24,15 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-struct Marker {
-  std::string_view word;
-  int severity;
-};
-constexpr Marker kCompilerMarkers[] = {{"FATAL", CMessageTable::kFatal},
-                                       {"ERROR", CMessageTable::kError},
-                                       {"WARNING", CMessageTable::kWarning},
-                                       {"INFORMATION", CMessageTable::kWarning}};
-constexpr Marker kAssemblerMarkers[] = {{"ERROR", CMessageTable::kError},
-                                        {"WARNING", CMessageTable::kWarning},
-                                        {"INFORMATION", CMessageTable::kWarning}};
-constexpr Marker kLinkerMarkers[] = {{"ERROR", CMessageTable::kError},
-                                     {"WARNING", CMessageTable::kWarning}};
+constexpr SeverityMarker kCompilerMarkers[] = {{"FATAL", CMessageTable::kFatal},
+                                               {"ERROR", CMessageTable::kError},
+                                               {"WARNING", CMessageTable::kWarning},
+                                               {"INFORMATION", CMessageTable::kWarning}};
+constexpr SeverityMarker kAssemblerMarkers[] = {{"ERROR", CMessageTable::kError},
+                                                {"WARNING", CMessageTable::kWarning},
+                                                {"INFORMATION", CMessageTable::kWarning}};
+constexpr SeverityMarker kLinkerMarkers[] = {{"ERROR", CMessageTable::kError},
+                                             {"WARNING", CMessageTable::kWarning}};
 
 struct Message {
   std::string_view file;
@@ -66,10 +62,10 @@ bool ReadCodeAndText(std::string_view rest, Message* m) {
 // The first severity word of `markers` that stands as a word and is followed
 // by a code; where it starts, or npos.
 template <size_t N>
-size_t FindSeverity(std::string_view line, const Marker (&markers)[N], Message* m) {
+size_t FindSeverity(std::string_view line, const SeverityMarker (&markers)[N], Message* m) {
   for (size_t i = 0; i < line.size(); ++i) {
     if (i > 0 && IsWordChar(line[i - 1])) continue;
-    for (const Marker& marker : markers) {
+    for (const SeverityMarker& marker : markers) {
       const size_t end = i + marker.word.size();
       if (end > line.size() || !EqualsNoCase(line.substr(i, marker.word.size()), marker.word) ||
           (end < line.size() && IsWordChar(line[end]))) {
@@ -128,12 +124,12 @@ class CHiWareParser : public COutputParser {
 
  private:
   template <size_t N>
-  void Parse(int kind, const Marker (&markers)[N]);
+  void Parse(int kind, const SeverityMarker (&markers)[N]);
   bool ReadCommandLineError(Message* m);
 };
 
 template <size_t N>
-void CHiWareParser::Parse(int kind, const Marker (&markers)[N]) {
+void CHiWareParser::Parse(int kind, const SeverityMarker (&markers)[N]) {
   while (ReadLine()) {
     Message m;
     if (kind != kCompilerMessage || !ReadCommandLineError(&m)) {

@@ -43,14 +43,10 @@ struct Diagnostic {
 
 // The severity word behind "*** ", cut off.
 bool ReadStarSeverity(std::string_view* text, int* severity) {
-  struct Word {
-    std::string_view word;
-    int severity;
-  };
-  static constexpr Word kWords[] = {{"FATAL ERROR", CMessageTable::kFatal},
-                                    {"ERROR", CMessageTable::kError},
-                                    {"WARNING", CMessageTable::kWarning}};
-  for (const Word& w : kWords) {
+  static constexpr SeverityMarker kWords[] = {{"FATAL ERROR", CMessageTable::kFatal},
+                                              {"ERROR", CMessageTable::kError},
+                                              {"WARNING", CMessageTable::kWarning}};
+  for (const SeverityMarker& w : kWords) {
     if (StartsWith(*text, w.word) &&
         (text->size() == w.word.size() || (*text)[w.word.size()] == ' ' ||
          (*text)[w.word.size()] == ':')) {

@@ -6,12 +6,8 @@
 namespace quillon {
 namespace {
 
-struct SeverityWord {
-  std::string_view word;
-  int severity;
-};
 // Longer words first, so that "fatal error" is not read as "fatal".
-constexpr SeverityWord kSeverityWords[] = {
+constexpr SeverityMarker kSeverityWords[] = {
     {"catastrophic error", CMessageTable::kFatal},
     {"internal error", CMessageTable::kError},
     {"fatal error", CMessageTable::kFatal},
@@ -83,7 +79,7 @@ bool ReadQuotedPlace(std::string_view text, QuotedPlace* place) {
 }
 
 bool ReadSeverityWord(std::string_view* text, int* severity) {
-  for (const SeverityWord& entry : kSeverityWords) {
+  for (const SeverityMarker& entry : kSeverityWords) {
     if (!StartsWithNoCase(*text, entry.word)) continue;
     // A whole word only: "errors detected" is no "error".
     const std::string_view after = text->substr(entry.word.size());

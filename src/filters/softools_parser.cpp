@@ -21,17 +21,12 @@ namespace {
 
 constexpr size_t npos = std::string_view::npos;
 
-struct Marker {
-  std::string_view word;
-  int severity;
-};
-
-constexpr Marker kTranslatorMarkers[] = {{"Fatal error", CMessageTable::kFatal},
-                                         {"Error", CMessageTable::kError},
-                                         {"Warning", CMessageTable::kWarning}};
-constexpr Marker kLinkerMarkers[] = {{"Error", CMessageTable::kError},
-                                     {"Fatal", CMessageTable::kFatal},
-                                     {"Warning", CMessageTable::kWarning}};
+constexpr SeverityMarker kTranslatorMarkers[] = {{"Fatal error", CMessageTable::kFatal},
+                                                 {"Error", CMessageTable::kError},
+                                                 {"Warning", CMessageTable::kWarning}};
+constexpr SeverityMarker kLinkerMarkers[] = {{"Error", CMessageTable::kError},
+                                             {"Fatal", CMessageTable::kFatal},
+                                             {"Warning", CMessageTable::kWarning}};
 
 struct Diagnostic {
   std::string_view file;
@@ -60,9 +55,9 @@ bool ReadPlace(std::string_view* text, Diagnostic* d) {
 
 // "SEVERITY[ NUMBER]: TEXT", the severity word one of `markers`.
 template <size_t N>
-bool ReadMessage(std::string_view text, const Marker (&markers)[N], Diagnostic* d) {
-  const Marker* found = nullptr;
-  for (const Marker& m : markers) {
+bool ReadMessage(std::string_view text, const SeverityMarker (&markers)[N], Diagnostic* d) {
+  const SeverityMarker* found = nullptr;
+  for (const SeverityMarker& m : markers) {
     if (StartsWith(text, m.word)) {
       found = &m;
       break;

@@ -9,6 +9,12 @@
 
 namespace quillon {
 
+// A word a tool prints before a message, and the severity it gives.
+struct SeverityMarker {
+  std::string_view word;
+  int severity;
+};
+
 inline bool IsDigitChar(char c) { return c >= '0' && c <= '9'; }
 inline bool IsLetterChar(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 inline bool IsBlankChar(char c) { return c == ' ' || c == '\t'; }
@@ -53,15 +59,11 @@ inline int WholeNumber(std::string_view text) {
 // "Fatal error:", "Fatal:", "Error:" or "Warning:" (any case, blanks allowed
 // before the colon) opening `text`, cut off; the severity it gives.
 inline bool CutSeverityWord(std::string_view* text, int* severity) {
-  struct Word {
-    std::string_view word;
-    int severity;
-  };
-  static constexpr Word kWords[] = {{"fatal error", CMessageTable::kFatal},
-                                    {"fatal", CMessageTable::kFatal},
-                                    {"error", CMessageTable::kError},
-                                    {"warning", CMessageTable::kWarning}};
-  for (const Word& w : kWords) {
+  static constexpr SeverityMarker kWords[] = {{"fatal error", CMessageTable::kFatal},
+                                              {"fatal", CMessageTable::kFatal},
+                                              {"error", CMessageTable::kError},
+                                              {"warning", CMessageTable::kWarning}};
+  for (const SeverityMarker& w : kWords) {
     if (text->size() < w.word.size()) continue;
     bool same = true;
     for (size_t i = 0; i < w.word.size() && same; ++i) {
