@@ -96,6 +96,30 @@ void BM_LoadProject(benchmark::State& state) {
   SetBytes(state, bytes);
 }
 
+// The store alone: the same bytes parsed, no project built.
+void BM_ParseStore(benchmark::State& state) {
+  std::string image = SaveToBytes(*BigProject(Files(state)));
+  for (auto _ : state) {
+    MemoryByteStream stream(image);
+    CSettingsRegistry store(&stream, false);
+    benchmark::DoNotOptimize(store.root().child_count());
+  }
+  SetBytes(state, image.size());
+}
+
+void BM_BuildModel(benchmark::State& state) {
+  std::string image = SaveToBytes(*BigProject(Files(state)));
+  MemoryByteStream stream(image);
+  CSettingsRegistry store(&stream, false);
+  for (auto _ : state) {
+    auto project = CProjectData::Create(0);
+    project->Initialise(0);
+    store.OpenKeyFromRoot("Project", false);
+    project->Load(store, TransferPass::kShared);
+  }
+  SetBytes(state, image.size());
+}
+
 void BM_RawWrite(benchmark::State& state) {
   FileSystem& fs = FileSystem::Default();
   std::string image = SaveToBytes(*BigProject(Files(state)));
@@ -123,6 +147,8 @@ void BM_RawRead(benchmark::State& state) {
 // Each project's cases side by side: save, load, raw write, raw read.
 BENCHMARK(BM_SaveProject)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadProject)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ParseStore)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BuildModel)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawWrite)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawRead)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveProject)->Arg(100000)->Unit(benchmark::kMillisecond);

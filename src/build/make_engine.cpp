@@ -301,7 +301,7 @@ bool CMakeEngine::TranslateFile(TranslationJob& job, bool* translated) {
   BuildContext& context = *context_;
   CProjectFile& file = *job.file;
   const StepTraits traits = TraitsOf(job.kind);
-  context.Print(file.display_name() +
+  context.Print(std::string(file.display_name()) +
                 ParametersDisplay(context.GlobalInt(kDisplayParameters) != 0, job.executable,
                                   job.parameters));
   context.SetState(traits.state);
@@ -316,7 +316,7 @@ bool CMakeEngine::TranslateFile(TranslationJob& job, bool* translated) {
     return false;
   }
   if (context.GlobalInt(kCopyOutputFilesToTargetDir)) invoker.MoveOutputs(job.kind, &file);
-  invoker.ShowCapturedOutput(TitleVerb(job.kind) + file.display_name() + ".", job.kind, &file);
+  invoker.ShowCapturedOutput(TitleVerb(job.kind) + std::string(file.display_name()) + ".", job.kind, &file);
   if (context.Filtering()) {
     FilterOutput(job.kind, &file, invoker.FilterInput(job.kind, &file));
     context.Flush();

@@ -13,7 +13,13 @@ namespace quillon {
 // creating open makes it.
 template <typename Body>
 void InSubKey(CSettingsRegistry& store, const char* name, bool create, Body body) {
-  if (!create && !store.HasKey(name)) return;
+  if (!create) {
+    if (store.EnterChildKey(name)) {
+      body();
+      store.PopKey();
+    }
+    return;
+  }
   store.PushKey();
   if (store.OpenKey(name, create)) body();
   store.PopKey();

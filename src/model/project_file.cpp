@@ -20,7 +20,7 @@ void CProjectFile::set_file_name(std::string file_name) {
   if (shown.size() >= kIrfDir.size() && EqualsNoCase(shown.substr(0, kIrfDir.size()), kIrfDir)) {
     shown.remove_prefix(kIrfDir.size());
   }
-  display_name_ = NameAndExtOfFile(shown);
+  display_start_ = file_name_.size() - NameAndExtView(shown).size();
 }
 
 int CProjectFile::Load(CSettingsRegistry& store, TransferPass pass) {

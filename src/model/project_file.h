@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "model/option_set.h"
 
@@ -18,8 +19,10 @@ class CProjectFile {
 
   // The name as stored: absolute, or relative to the project's directory.
   const std::string& file_name() const { return file_name_; }
-  // Name and extension, without directory.
-  const std::string& display_name() const { return display_name_; }
+  // Name and extension, without directory: the end of the stored name.
+  std::string_view display_name() const {
+    return std::string_view(file_name_).substr(display_start_);
+  }
   void set_file_name(std::string file_name);
 
   COptionSet& options() { return *options_; }
@@ -34,8 +37,8 @@ class CProjectFile {
   void CopyFrom(const CProjectFile& other);
 
  private:
-  std::string display_name_;
   std::string file_name_;
+  size_t display_start_ = 0;
   std::unique_ptr<COptionSet> options_;
 };
 

@@ -129,9 +129,9 @@ size_t NameStart(std::string_view path) {
 
 }  // namespace
 
-std::string NameAndExtOfFile(std::string_view path) {
-  return std::string(path.substr(NameStart(path)));
-}
+std::string NameAndExtOfFile(std::string_view path) { return std::string(NameAndExtView(path)); }
+
+std::string_view NameAndExtView(std::string_view path) { return path.substr(NameStart(path)); }
 
 std::string NameOfFile(std::string_view path) {
   const std::string_view name = path.substr(NameStart(path));

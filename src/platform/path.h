@@ -27,6 +27,8 @@ inline bool IsPathSeparator(char c) { return c == '/' || c == '\\'; }
 std::string NameOfFile(std::string_view path);
 // "C:\src\main.c" -> "main.c"
 std::string NameAndExtOfFile(std::string_view path);
+// The same, as a view into `path`.
+std::string_view NameAndExtView(std::string_view path);
 // "C:\src\main.c" -> "c"; "" when the name has no dot.
 std::string ExtOfFile(std::string_view path);
 // "C:\src\main.c" -> "C:\src\" (keeps the trailing separator); "C:main.c" ->

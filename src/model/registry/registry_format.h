@@ -26,9 +26,6 @@ void AppendRegistryTree(const RegistryNode& root, std::string* out, size_t size_
 // partly filled and the caller discards it.
 int ParseRegistryFile(std::string_view bytes, RegistryArena* arena, RegistryNode* root);
 
-// Whether two names are the same name (CompareRegistryNames(a, b) == 0).
-bool RegistryNamesEqual(std::string_view a, std::string_view b);
-
 // The first of `count` nodes in name order whose name is not less than `name`.
 size_t LowerBoundOfName(const RegistryNode* nodes, size_t count, std::string_view name);
 

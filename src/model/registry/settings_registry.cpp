@@ -24,12 +24,6 @@ bool NextComponent(std::string_view path, size_t* pos, std::string_view* part) {
   return true;
 }
 
-bool Within(const RegistryNode* node, const RegistryNode* first, size_t count) {
-  auto at = reinterpret_cast<uintptr_t>(node);
-  auto start = reinterpret_cast<uintptr_t>(first);
-  return at >= start && at < start + count * sizeof(RegistryNode);
-}
-
 // The i of a child named "<name>[i]", with i spelled as std::to_string
 // spells it; -1 for any other name.
 long IndexInName(std::string_view child, std::string_view name) {
@@ -93,20 +87,19 @@ void CSettingsRegistry::ReadAll() {
   if (last_error_ != kRegOK) ResetTree();
 }
 
-RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_view name,
-                                        size_t* at) const {
+// Past the inline tries: the hint itself (a name asked for again), the first
+// child, then a search.
+RegistryNode* CSettingsRegistry::LookupSlow(const RegistryNode* key, std::string_view name,
+                                            size_t* at) const {
   const size_t count = key->child_count();
   if (count == 0) {
     if (at) *at = 0;
     return nullptr;
   }
   RegistryNode* first = RegistryCodec::Kids(const_cast<RegistryNode&>(*key)).data;
-  // In a key entered anew, the first name asked for is often the first.
-  if (!Within(hint_, first, count)) {
-    if (RegistryNamesEqual(first->name(), name)) return hint_ = first;
-  } else {
-    if (RegistryNamesEqual(hint_->name(), name)) return hint_;
-    if (hint_ + 1 < first + count && RegistryNamesEqual(hint_[1].name(), name)) return ++hint_;
+  if (Within(hint_, first, count)) {
+    if (SameRegistryName(hint_->name(), name)) return hint_;
+    if (SameRegistryName(first->name(), name)) return hint_ = first;
   }
   // Writes mostly come in name order: past the last child, no search.
   if (at && CompareRegistryNames(first[count - 1].name(), name) < 0) {
@@ -114,7 +107,7 @@ RegistryNode* CSettingsRegistry::Lookup(const RegistryNode* key, std::string_vie
     return nullptr;
   }
   size_t place = LowerBoundOfName(first, count, name);
-  if (place < count && RegistryNamesEqual(first[place].name(), name)) return hint_ = first + place;
+  if (place < count && SameRegistryName(first[place].name(), name)) return hint_ = first + place;
   if (at) *at = place;
   return nullptr;
 }
@@ -332,10 +325,22 @@ void CSettingsRegistry::VisitIndexedKeys(std::string_view name,
   PopKey();
 }
 
+bool CSettingsRegistry::EnterChildKey(std::string_view name) {
+  RegistryNode* child = Lookup(current_, name);
+  if (!child || child->type() != kRegKey) return false;
+  key_stack_.push_back(current_);
+  current_ = child;
+  last_error_ = kRegOK;
+  return true;
+}
+
 void CSettingsRegistry::PushKey() { key_stack_.push_back(current_); }
 
 bool CSettingsRegistry::PopKey() {
   if (key_stack_.empty()) return false;
+  // The key left is often a child of the one restored, and the next name
+  // asked for its next sibling.
+  hint_ = current_;
   current_ = key_stack_.back();
   key_stack_.pop_back();
   return true;

@@ -21,6 +21,7 @@
 #define QUILLON_MODEL_REGISTRY_SETTINGS_REGISTRY_H
 
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -59,6 +60,35 @@ inline constexpr int kRegistryMaxDepth = 200;
 
 // The one ordering of names in the store (and so of the bytes of every file).
 int CompareRegistryNames(std::string_view a, std::string_view b);
+// Whether two names are the same name (CompareRegistryNames(a, b) == 0).
+bool RegistryNamesEqual(std::string_view a, std::string_view b);
+
+// The same as RegistryNamesEqual, with the common case inline: a name asked
+// for as the file spells it.
+inline bool SameRegistryName(std::string_view a, std::string_view b) {
+  const size_t size = a.size();
+  if (size != b.size()) return false;
+  const char* x = a.data();
+  const char* y = b.data();
+  bool same;
+  if (size >= 8) {
+    // Eight bytes at a time, the last eight overlapping the ones before.
+    uint64_t u, v;
+    same = true;
+    for (size_t i = 0; same && i + 8 < size; i += 8) {
+      std::memcpy(&u, x + i, 8);
+      std::memcpy(&v, y + i, 8);
+      same = u == v;
+    }
+    std::memcpy(&u, x + size - 8, 8);
+    std::memcpy(&v, y + size - 8, 8);
+    same = same && u == v;
+  } else {
+    same = true;
+    for (size_t i = 0; i < size; ++i) same &= x[i] == y[i];
+  }
+  return same || RegistryNamesEqual(a, b);
+}
 
 // One node of the tree. Nodes live in their store's arena, a key's children
 // as one contiguous range in name order (CompareRegistryNames). A loaded
@@ -196,6 +226,10 @@ class CSettingsRegistry {
   // OpenIndexedKey, `name` is one key's name, never a path.
   void VisitIndexedKeys(std::string_view name, const std::function<void(size_t)>& count,
                         const std::function<void(size_t)>& visit);
+  // Reading: when the current key has a child key of that name (one name,
+  // never a path), saves the current key on the key stack and makes the
+  // child current. Otherwise nothing changes, the error included.
+  bool EnterChildKey(std::string_view name);
   void PushKey();
   // Returns false when the stack is empty.
   bool PopKey();
@@ -231,8 +265,24 @@ class CSettingsRegistry {
  private:
   bool Walk(RegistryNode* start, std::string_view path, bool create, RegistryNode** result);
   // The child of `key` with that name, or null; then, with `at`, *at is
-  // where it would go in name order.
-  RegistryNode* Lookup(const RegistryNode* key, std::string_view name, size_t* at = nullptr) const;
+  // where it would go in name order. Names are mostly asked for in name
+  // order, so the sibling after the last one found is tried first, inline.
+  RegistryNode* Lookup(const RegistryNode* key, std::string_view name,
+                       size_t* at = nullptr) const {
+    const size_t count = key->child_count();
+    if (count != 0) {
+      RegistryNode* first = key->kids_.data;
+      RegistryNode* next = Within(hint_, first, count) ? hint_ + 1 : first;
+      if (next != first + count && SameRegistryName(next->name(), name)) return hint_ = next;
+    }
+    return LookupSlow(key, name, at);
+  }
+  RegistryNode* LookupSlow(const RegistryNode* key, std::string_view name, size_t* at) const;
+  static bool Within(const RegistryNode* node, const RegistryNode* first, size_t count) {
+    auto place = reinterpret_cast<uintptr_t>(node);
+    auto start = reinterpret_cast<uintptr_t>(first);
+    return place - start < count * sizeof(RegistryNode);
+  }
   RegistryNode* CreateKeys(RegistryNode* key, std::string_view path);
   // Adds a child whose name is not there yet, at its place `at`.
   RegistryNode* AddChild(RegistryNode* key, size_t at, std::string_view name, uint8_t type);
