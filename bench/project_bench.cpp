@@ -96,7 +96,8 @@ void BM_LoadProject(benchmark::State& state) {
   SetBytes(state, bytes);
 }
 
-// The store alone: the same bytes parsed, no project built.
+// The parts of a load apart. The store alone: the bytes copied from memory
+// (in place of the read) and parsed, no project built.
 void BM_ParseStore(benchmark::State& state) {
   std::string image = SaveToBytes(*BigProject(Files(state)));
   for (auto _ : state) {
@@ -107,6 +108,7 @@ void BM_ParseStore(benchmark::State& state) {
   SetBytes(state, image.size());
 }
 
+// The project built from a store parsed once, then freed.
 void BM_BuildModel(benchmark::State& state) {
   std::string image = SaveToBytes(*BigProject(Files(state)));
   MemoryByteStream stream(image);

@@ -73,9 +73,9 @@ done
 stage "tsan: configure"
 cmake --preset tsan || fail_stage "configure tsan"
 stage "tsan: build"
-cmake --build --preset tsan -j "$JOBS" --target make_test platform_test || fail_stage "build tsan"
+cmake --build --preset tsan -j "$JOBS" --target make_test platform_test model_test || fail_stage "build tsan"
 stage "tsan: test"
-ctest --preset tsan -R '^(make_test|platform_test)$' 2>&1 | tee "$log"
+ctest --preset tsan -R '^(make_test|platform_test|model_test)$' 2>&1 | tee "$log"
 tsan_status=${PIPESTATUS[0]}
 count_tests || fail_stage "test tsan (no test summary)"
 [[ $tsan_status -eq 0 ]] || { echo "FAILED: test tsan" >&2; exit 1; }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "model/option_set.h"
+#include "model/slab_allocator.h"
 
 namespace quillon {
 
@@ -21,6 +22,7 @@ inline constexpr const char* kDefaultTranslatorOptions = "$(EDNAME)";
 class CFileOptions : public COptionSet {
  public:
   CFileOptions() = default;
+  QUILLON_SLAB_ALLOCATED
 
   int Load(CSettingsRegistry& store, TransferPass pass) override;
   int Save(CSettingsRegistry& store, TransferPass pass) const override;

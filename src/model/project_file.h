@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "model/option_set.h"
+#include "model/slab_allocator.h"
 
 namespace quillon {
 
@@ -16,6 +17,7 @@ class CSettingsRegistry;
 class CProjectFile {
  public:
   CProjectFile(std::string file_name, std::unique_ptr<COptionSet> options);
+  QUILLON_SLAB_ALLOCATED
 
   // The name as stored: absolute, or relative to the project's directory.
   const std::string& file_name() const { return file_name_; }

@@ -36,6 +36,36 @@ bool NameLess(const RegistryNode& a, const RegistryNode& b) {
   return CompareRegistryNames(a.name(), b.name()) < 0;
 }
 
+unsigned char Folded(char c) {
+  auto byte = static_cast<unsigned char>(c);
+  return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
+}
+
+// NameLess for the siblings of a file we wrote, without a call: they mostly
+// differ in one byte that has no case, or one is the other's prefix.
+bool InOrder(std::string_view a, std::string_view b) {
+  const size_t common = a.size() < b.size() ? a.size() : b.size();
+  size_t i = 0;
+#if defined(__GNUC__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+  for (; i + 8 <= common; i += 8) {
+    uint64_t x, y;
+    std::memcpy(&x, a.data() + i, 8);
+    std::memcpy(&y, b.data() + i, 8);
+    if (x != y) {
+      i += static_cast<size_t>(__builtin_ctzll(x ^ y)) / 8;
+      break;
+    }
+  }
+#endif
+  for (; i < common; ++i) {
+    if (a[i] == b[i]) continue;
+    unsigned char p = Folded(a[i]), q = Folded(b[i]);
+    if (p != q) return p < q;
+    return CompareRegistryNames(a, b) < 0;
+  }
+  return a.size() < b.size();
+}
+
 bool NameEqual(const RegistryNode& a, const RegistryNode& b) {
   return CompareRegistryNames(a.name(), b.name()) == 0;
 }
@@ -94,14 +124,24 @@ bool RecordParser::ReadChildren(uint16_t count, int depth, RegistryNode* key) {
   for (uint16_t i = 0; i < count; ++i) {
     // The end of the input shows here, as a missing type code.
     int type = in_.ReadByte();
-    if (!IsDefinedType(type)) return false;
     RegistryNode* node = new (&range[i]) RegistryNode();
-    RegistryCodec::SetType(*node, static_cast<uint8_t>(type));
-    uint16_t children = type == kRegKey ? in_.ReadFixed16() : 0;
-    RegistryCodec::SetName(*node, in_.ReadView(in_.ReadFixed16()));
-    ReadValue(node);
+    uint16_t children = 0;
+    // Strings and keys are nearly all there is: they go first.
+    if (type == kRegString) {
+      RegistryCodec::SetType(*node, kRegString);
+      RegistryCodec::SetName(*node, in_.ReadView(in_.ReadFixed16()));
+      SetBytes(node, in_.ReadView(in_.ReadFixed16()), 0);
+    } else if (type == kRegKey) {
+      children = in_.ReadFixed16();
+      RegistryCodec::SetName(*node, in_.ReadView(in_.ReadFixed16()));
+    } else {
+      if (!IsDefinedType(type)) return false;
+      RegistryCodec::SetType(*node, static_cast<uint8_t>(type));
+      RegistryCodec::SetName(*node, in_.ReadView(in_.ReadFixed16()));
+      ReadValue(node);
+    }
     if (children != 0 && !ReadChildren(children, depth + 1, node)) return false;
-    if (i > 0 && !NameLess(range[i - 1], *node)) in_order = false;
+    if (i > 0 && in_order) in_order = InOrder(range[i - 1].name(), node->name());
   }
   size_t kept = count;
   // Files we write are in order; hostile ones are sorted once, and a name

@@ -128,19 +128,27 @@ class PosixFileSystem : public FileSystem {
     return mapped;
   }
 
+  // Reads into a buffer sized by the file's size, so the bytes are copied
+  // once; a file that grows meanwhile is read to its end all the same.
   Status ReadFile(const std::string& path, std::string* contents) override {
     contents->clear();
     const int fd = OpenRetrying(NativePath(path), O_RDONLY);
     if (fd < 0) return PosixError("cannot open", path, errno);
+    struct stat st;
+    size_t expected = 0;
+    if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) expected = static_cast<size_t>(st.st_size);
     Status status;
-    char buffer[64 * 1024];
+    size_t filled = 0;
+    contents->resize(expected + 1);
     for (;;) {
-      const ssize_t n = ::read(fd, buffer, sizeof buffer);
+      if (filled == contents->size()) contents->resize(2 * filled + 64 * 1024);
+      const ssize_t n = ::read(fd, contents->data() + filled, contents->size() - filled);
       if (n < 0 && errno == EINTR) continue;
       if (n < 0) status = PosixError("cannot read", path, errno);
       if (n <= 0) break;
-      contents->append(buffer, static_cast<size_t>(n));
+      filled += static_cast<size_t>(n);
     }
+    contents->resize(filled);
     ::close(fd);
     return status;
   }

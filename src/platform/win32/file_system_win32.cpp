@@ -201,21 +201,33 @@ std::unique_ptr<MappedFile> Win32FileSystem::MapReadOnly(const std::string& path
   return mapped;
 }
 
+// Reads into a buffer sized by the file's size, so the bytes are copied
+// once; a file that grows meanwhile is read to its end all the same.
 Status Win32FileSystem::ReadFile(const std::string& path, std::string* contents) {
   contents->clear();
   const HANDLE file = OpenForReading(path);
   if (file == INVALID_HANDLE_VALUE) return LastError("cannot open", path);
+  LARGE_INTEGER size;
+  size_t expected = 0;
+  if (::GetFileSizeEx(file, &size) && size.QuadPart > 0) {
+    expected = static_cast<size_t>(size.QuadPart);
+  }
   Status status;
-  char buffer[64 * 1024];
+  size_t filled = 0;
+  contents->resize(expected + 1);
   for (;;) {
+    if (filled == contents->size()) contents->resize(2 * filled + 64 * 1024);
+    // One call reads at most what a DWORD counts.
+    const DWORD want = static_cast<DWORD>(std::min<size_t>(contents->size() - filled, 1u << 30));
     DWORD read = 0;
-    if (!::ReadFile(file, buffer, sizeof buffer, &read, nullptr)) {
+    if (!::ReadFile(file, contents->data() + filled, want, &read, nullptr)) {
       status = LastError("cannot read", path);
       break;
     }
     if (read == 0) break;
-    contents->append(buffer, read);
+    filled += read;
   }
+  contents->resize(filled);
   ::CloseHandle(file);
   return status;
 }
