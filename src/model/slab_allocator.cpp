@@ -24,9 +24,10 @@ constexpr size_t kGrain = 16;
 // Slabs are aligned to their size, so an object finds its slab's header by
 // masking its address.
 struct Slab {
-  // Objects not yet freed, plus one while the slab is its thread's current
-  // one: whoever takes the count to zero frees the slab.
-  std::atomic<size_t> references{1};
+  // Objects carved and not yet freed, once its thread has moved on to
+  // another slab and added the count it carved; until then, minus the
+  // objects freed. Whoever takes it to zero frees the slab.
+  std::atomic<intptr_t> balance{0};
 };
 
 constexpr size_t kHeader = (sizeof(Slab) + kGrain - 1) / kGrain * kGrain;
@@ -37,23 +38,27 @@ struct Carver {
   Slab* slab;
   char* next;
   size_t left;
+  intptr_t carved;
 };
 
-thread_local Carver carver{nullptr, nullptr, 0};
+thread_local Carver carver{nullptr, nullptr, 0, 0};
 
-void Drop(Slab* slab) {
-  if (slab->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    slab->~Slab();
-    ::operator delete(static_cast<void*>(slab), std::align_val_t{kSlabSize});
-  }
+void FreeSlab(Slab* slab) {
+  slab->~Slab();
+  ::operator delete(static_cast<void*>(slab), std::align_val_t{kSlabSize});
 }
 
 void StartSlab(Carver& carving) {
-  if (carving.slab != nullptr) Drop(carving.slab);
+  if (Slab* old = carving.slab) {
+    if (old->balance.fetch_add(carving.carved, std::memory_order_acq_rel) + carving.carved == 0) {
+      FreeSlab(old);
+    }
+  }
   void* memory = ::operator new(kSlabSize, std::align_val_t{kSlabSize});
   carving.slab = new (memory) Slab;
   carving.next = static_cast<char*>(memory) + kHeader;
   carving.left = kSlabSize - kHeader;
+  carving.carved = 0;
 }
 
 }  // namespace
@@ -63,7 +68,7 @@ void* SlabAllocator::Allocate(size_t size) {
   size = (size + kGrain - 1) / kGrain * kGrain;
   Carver& carving = carver;
   if (carving.left < size) StartSlab(carving);
-  carving.slab->references.fetch_add(1, std::memory_order_relaxed);
+  ++carving.carved;
   void* object = carving.next;
   carving.next += size;
   carving.left -= size;
@@ -76,7 +81,8 @@ void SlabAllocator::Release(void* object, size_t size) {
     return;
   }
   auto address = reinterpret_cast<uintptr_t>(object);
-  Drop(reinterpret_cast<Slab*>(address & ~(uintptr_t{kSlabSize} - 1)));
+  auto* slab = reinterpret_cast<Slab*>(address & ~(uintptr_t{kSlabSize} - 1));
+  if (slab->balance.fetch_sub(1, std::memory_order_acq_rel) == 1) FreeSlab(slab);
 }
 
 }  // namespace quillon

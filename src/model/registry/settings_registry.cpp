@@ -35,7 +35,7 @@ long IndexInName(std::string_view child, std::string_view name) {
     if (digit < '0' || digit > '9') return -1;
     value = value * 10 + (digit - '0');
   }
-  return RegistryNamesEqual(child.substr(0, name.size()), name) ? value : -1;
+  return SameRegistryName(child.substr(0, name.size()), name) ? value : -1;
 }
 
 }  // namespace
