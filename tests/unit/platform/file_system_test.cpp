@@ -81,7 +81,23 @@ TEST_P(FileSystemContractTest, WrittenBytesReadBackMapAndTakeATime) {
   Write("a.bin", "");  // rewriting truncates, and an empty file maps
   ASSERT_NE(fs().MapReadOnly(At("a.bin")), nullptr);
   EXPECT_EQ(fs().MapReadOnly(At("a.bin"))->size(), 0u);
+  EXPECT_EQ(Read("a.bin"), "");
+
+  std::string big(300 * 1024 + 7, '\0');
+  for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i * 131 % 251);
+  Write("big.bin", big);
+  EXPECT_EQ(Read("big.bin"), big);
 }
+
+#ifdef __linux__
+// Its size says 0, yet it has lines: reading goes on to the end.
+TEST(FileSystemTest, ReadsFilesThatUnderstateTheirSize) {
+  std::string status;
+  ASSERT_TRUE(Ok(FileSystem::Default().ReadFile("/proc/self/status", &status)));
+  EXPECT_NE(status.find("Name:"), std::string::npos);
+  EXPECT_EQ(status.back(), '\n');
+}
+#endif
 
 // Removing one succeeds: it is gone afterwards.
 TEST_P(FileSystemContractTest, MissingFilesHaveMissingTimeAndErrorsNameThem) {
