@@ -5,8 +5,11 @@
 //   build/release/bench/project_bench --benchmark_counters_tabular=true
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "model/project_data.h"
 #include "model/registry/settings_registry.h"
@@ -122,6 +125,79 @@ void BM_BuildModel(benchmark::State& state) {
   SetBytes(state, image.size());
 }
 
+// Two floors under any load of these bytes into this model, whatever the
+// store does. The records' lengths chain each record's place to the one
+// before, so walking them (no nodes, no checks) is a chain of dependent
+// loads:
+const unsigned char* SkipRecords(const unsigned char* at, const unsigned char* end,
+                                 uint32_t count, size_t* records) {
+  auto u16 = [&] {
+    uint32_t value = at[0] | (at[1] << 8);
+    at += 2;
+    return value;
+  };
+  auto u32 = [&] {
+    uint32_t value = at[0] | (at[1] << 8) | (at[2] << 16) | (static_cast<uint32_t>(at[3]) << 24);
+    at += 4;
+    return value;
+  };
+  for (uint32_t i = 0; i < count && at != nullptr && at + 3 <= end; ++i) {
+    ++*records;
+    const int type = *at++;
+    const uint32_t children = type == kRegKey ? u16() : 0;
+    at += u16();
+    switch (type) {
+      case kRegKey: break;
+      case kRegInt: at += 4; break;
+      case kRegInt64: at += 8; break;
+      case kRegString: at += u16(); break;
+      case kRegBuffer: at += u32(); break;
+      case kRegWords: at += 4 * u32(); break;
+      case kRegStringList:
+        for (uint32_t n = u32(); n > 0; --n) at += u16();
+        break;
+      default: return nullptr;
+    }
+    if (children != 0) at = SkipRecords(at, end, children, records);
+  }
+  return at;
+}
+
+void BM_FloorWalkRecords(benchmark::State& state) {
+  std::string image = SaveToBytes(*BigProject(Files(state)));
+  size_t records = 0;
+  for (auto _ : state) {
+    records = 0;
+    const auto* start = reinterpret_cast<const unsigned char*>(image.data());
+    // After the header: the root key's type, count and name.
+    const unsigned char* at = start + 10;
+    const uint32_t count = at[1] | (at[2] << 8);
+    at += 5 + (at[3] | (at[4] << 8));
+    benchmark::DoNotOptimize(SkipRecords(at, start + image.size(), count, &records));
+  }
+  SetBytes(state, image.size());
+  state.counters["records"] = static_cast<double>(records);
+}
+
+// ...and the project's files, made and freed without any store.
+void BM_FloorMakeFiles(benchmark::State& state) {
+  auto project = CProjectData::Create(0);
+  std::vector<std::string> names;
+  for (int t = 0; t < kTargets; ++t) {
+    for (int i = 0; i < Files(state); ++i) {
+      names.push_back("src/module" + std::to_string(i % 97) + "/file" + std::to_string(i) + ".c");
+    }
+  }
+  for (auto _ : state) {
+    std::vector<std::unique_ptr<CProjectFile>> files(names.size());
+    for (size_t i = 0; i < names.size(); ++i) {
+      files[i] = std::make_unique<CProjectFile>(names[i], project->NewFileOptions());
+    }
+    benchmark::DoNotOptimize(files.data());
+  }
+  state.counters["file_nodes"] = static_cast<double>(names.size());
+}
+
 void BM_RawWrite(benchmark::State& state) {
   FileSystem& fs = FileSystem::Default();
   std::string image = SaveToBytes(*BigProject(Files(state)));
@@ -151,6 +227,8 @@ BENCHMARK(BM_SaveProject)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadProject)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ParseStore)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_BuildModel)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloorWalkRecords)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloorMakeFiles)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawWrite)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawRead)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveProject)->Arg(100000)->Unit(benchmark::kMillisecond);
