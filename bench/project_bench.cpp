@@ -233,6 +233,10 @@ BENCHMARK(BM_RawWrite)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawRead)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveProject)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadProject)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ParseStore)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BuildModel)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloorWalkRecords)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloorMakeFiles)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawWrite)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RawRead)->Arg(100000)->Unit(benchmark::kMillisecond);
 
