@@ -63,7 +63,7 @@ class C2500adParser : public COutputParser {
 
   void Compiler() override;
   void Assembler() override;
-  void Linker() override;
+  void Linker() override { ParseSeverityWordLines(kLinkerMessage); }
 
  private:
   bool version4_;
@@ -105,14 +105,6 @@ void C2500adParser::Assembler() {
     }
     AddMessage(kAssemblerMessage, place.file, place.line, place.line > 0 ? 1 : 0, severity, text,
                "");
-  }
-}
-
-void C2500adParser::Linker() {
-  while (ReadLine()) {
-    std::string_view text = TrimBlanks(line());
-    int severity = CMessageTable::kError;
-    if (CutSeverityWord(&text, &severity)) AddMessage(kLinkerMessage, "", 0, 0, severity, text, "");
   }
 }
 

@@ -93,14 +93,12 @@ bool ReadColonPlace(std::string_view text, std::string_view* file, int* line, in
   return true;
 }
 
-class CArmParser : public COutputParser {
+class CArmParser : public TranslatorsAlike<COutputParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
 };
 
 void CArmParser::ParseTranslator(int kind) {

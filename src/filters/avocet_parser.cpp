@@ -82,7 +82,7 @@ class CAvocetParser : public COutputParser {
 
   void Compiler() override;
   void Assembler() override;
-  void Linker() override;
+  void Linker() override { ParseSeverityWordLines(kLinkerMessage); }
 
  private:
   bool avma51_;  // the 8051 assembler's worded layout
@@ -112,14 +112,6 @@ void CAvocetParser::Assembler() {
       continue;
     }
     AddMessage(kAssemblerMessage, m.file, m.line, 1, m.severity, m.text, "");
-  }
-}
-
-void CAvocetParser::Linker() {
-  while (ReadLine()) {
-    std::string_view text = TrimBlanks(line());
-    int severity = CMessageTable::kError;
-    if (CutSeverityWord(&text, &severity)) AddMessage(kLinkerMessage, "", 0, 0, severity, text, "");
   }
 }
 

@@ -58,14 +58,12 @@ bool IsCompilerContinuation(std::string_view text) {
   return IndentOf(text) > 0 && !IsCaretLine(text) && !TrimBlanks(text).empty();
 }
 
-class CDiabParser : public CContinuedParser {
+class CDiabParser : public TranslatorsAlike<CContinuedParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
 };
 
 void CDiabParser::ParseTranslator(int kind) {

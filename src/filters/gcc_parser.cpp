@@ -141,14 +141,12 @@ bool IsContextLine(std::string_view text) {
   return StartsWithNoCase(text, "in function ") || StartsWithNoCase(text, "first defined here");
 }
 
-class CGccParser : public COutputParser {
+class CGccParser : public TranslatorsAlike<COutputParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
   void ParseLinkerLine(std::string_view text);
 
   std::string file_buffer_;

@@ -77,14 +77,12 @@ bool IsIndentedDetail(std::string_view text) {
   return IndentOf(text) > 0 && !TrimBlanks(text).empty();
 }
 
-class CGreenHillsParser : public CContinuedParser {
+class CGreenHillsParser : public TranslatorsAlike<CContinuedParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
   bool ParseEdgLine(int kind);
 };
 

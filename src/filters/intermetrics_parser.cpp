@@ -24,7 +24,7 @@ class CIntermetricsParser : public COutputParser {
  public:
   void Compiler() override { Parse(kCompilerMessage, ":FE:", ":FE:"); }
   void Assembler() override { Parse(kAssemblerMessage, ":AS:", ":FE:"); }
-  void Linker() override;
+  void Linker() override { ParseSeverityWordLines(kLinkerMessage); }
 
  private:
   void Parse(int kind, std::string_view tool, std::string_view other_tool);
@@ -51,14 +51,6 @@ void CIntermetricsParser::Parse(int kind, std::string_view tool, std::string_vie
         text = close == npos ? text.substr(8) : text.substr(close + 1);
     }
     AddMessage(kind, head.substr(0, colon), number, 1, severity, text, "");
-  }
-}
-
-void CIntermetricsParser::Linker() {
-  while (ReadLine()) {
-    std::string_view text = TrimBlanks(line());
-    int severity = CMessageTable::kError;
-    if (CutSeverityWord(&text, &severity)) AddMessage(kLinkerMessage, "", 0, 0, severity, text, "");
   }
 }
 

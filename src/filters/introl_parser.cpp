@@ -45,7 +45,7 @@ class CIntrolParser : public COutputParser {
  public:
   void Compiler() override;
   void Assembler() override;
-  void Linker() override;
+  void Linker() override { ParseSeverityWordLines(kLinkerMessage); }
 };
 
 void CIntrolParser::Compiler() {
@@ -76,14 +76,6 @@ void CIntrolParser::Assembler() {
     }
     AddMessage(kAssemblerMessage, m.file, m.line, m.line > 0 ? 1 : 0, CMessageTable::kError, m.text,
                "");
-  }
-}
-
-void CIntrolParser::Linker() {
-  while (ReadLine()) {
-    std::string_view text = TrimBlanks(line());
-    int severity = CMessageTable::kError;
-    if (CutSeverityWord(&text, &severity)) AddMessage(kLinkerMessage, "", 0, 0, severity, text, "");
   }
 }
 

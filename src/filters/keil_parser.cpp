@@ -149,14 +149,12 @@ bool ReadIdeLine(std::string_view text, Diagnostic* d) {
   return true;
 }
 
-class CKeilParser : public COutputParser {
+class CKeilParser : public TranslatorsAlike<COutputParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
   void Add(int kind, const Diagnostic& d, std::string_view text) {
     AddMessage(kind, d.file, d.line, d.line > 0 ? 1 : 0, d.severity, text, d.code);
   }

@@ -26,14 +26,12 @@ size_t FindBlankColon(std::string_view line) {
   return npos;
 }
 
-class CMicrosoftParser : public COutputParser {
+class CMicrosoftParser : public TranslatorsAlike<COutputParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
   // From the position: the severity, then the code between the next blank
   // and colon, then the text. False when the line holds no diagnostic.
   bool ReadSeverityCodeText(int* severity, std::string_view* code, std::string_view* text);

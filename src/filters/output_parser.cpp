@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstring>
 
+#include "filters/text_scan.h"
 #include "platform/path.h"
 
 namespace quillon {
@@ -204,6 +205,14 @@ void COutputParser::AddMessage(int kind, std::string_view file, int line, int co
   entry.text.assign(TrimBlanks(text));
   entry.code.assign(TrimBlanks(code));
   sink_->AddMessage(entry);
+}
+
+void COutputParser::ParseSeverityWordLines(int kind) {
+  while (ReadLine()) {
+    std::string_view text = TrimBlanks(line());
+    int severity = CMessageTable::kError;
+    if (CutSeverityWord(&text, &severity)) AddMessage(kind, "", 0, 0, severity, text, "");
+  }
 }
 
 }  // namespace quillon

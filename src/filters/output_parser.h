@@ -110,6 +110,9 @@ class COutputParser {
   // ends of file, text and code are cut, as the error list shows them.
   void AddMessage(int kind, std::string_view file, int line, int column, int severity,
                   std::string_view text, std::string_view code);
+  // Reads every line; one that starts with a severity word (CutSeverityWord)
+  // becomes an entry of `kind` for the project file, the rest its text.
+  void ParseSeverityWordLines(int kind);
 
  private:
   std::string captured_file_;
@@ -133,6 +136,18 @@ size_t FindText(std::string_view text, std::string_view word, size_t from = 0);
 // ASCII-only helpers for the parsers.
 bool StartsWithNoCase(std::string_view text, std::string_view prefix);
 size_t FindNoCase(std::string_view text, std::string_view word, size_t from = 0);
+
+// For a family whose compiler and assembler print alike: both read their
+// output with ParseTranslator, told which of the two ran.
+template <typename Base>
+class TranslatorsAlike : public Base {
+ public:
+  void Compiler() final { ParseTranslator(kCompilerMessage); }
+  void Assembler() final { ParseTranslator(kAssemblerMessage); }
+
+ protected:
+  virtual void ParseTranslator(int kind) = 0;
+};
 
 }  // namespace quillon
 

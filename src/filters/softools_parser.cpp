@@ -78,14 +78,12 @@ bool ReadMessage(std::string_view text, const SeverityMarker (&markers)[N], Diag
   return true;
 }
 
-class CSoftoolsParser : public COutputParser {
+class CSoftoolsParser : public TranslatorsAlike<COutputParser> {
  public:
-  void Compiler() override { ParseTranslator(kCompilerMessage); }
-  void Assembler() override { ParseTranslator(kAssemblerMessage); }
   void Linker() override;
 
  private:
-  void ParseTranslator(int kind);
+  void ParseTranslator(int kind) override;
 };
 
 void CSoftoolsParser::ParseTranslator(int kind) {
