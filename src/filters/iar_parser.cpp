@@ -17,6 +17,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/parser_helpers.h"
 #include "filters/text_scan.h"
 #include "platform/path.h"
 
@@ -31,18 +32,10 @@ bool IsWrapped(std::string_view line) {
          line.find_first_not_of(" \t") != npos;
 }
 
-bool IsCaretLine(std::string_view line) {
+// Unlike IsCaretLine, a blank line is none: it ends nothing here.
+bool IsCaretOnlyLine(std::string_view line) {
   return line.find('^') != npos && line.find_first_not_of(" \t^") == npos;
 }
-
-struct Diagnostic {
-  std::string_view file;
-  int line = 0;
-  int column = 0;
-  int severity = CMessageTable::kError;
-  std::string_view code;
-  std::string_view text;
-};
 
 // Where the severity marker starts and which one it is: "Warning[", "Error[",
 // "Fatal Error[" or the compiler's "Fatal error[". Looks only at the
@@ -66,7 +59,7 @@ size_t FindMarker(std::string_view line, int* severity) {
 }
 
 // The place in front of the marker: "file",line or file(line) :
-bool ReadPlace(std::string_view head, Diagnostic* d) {
+bool ReadPlace(std::string_view head, DiagnosticLine* d) {
   head = TrimBlanks(head);
   if (head.size() > 2 && head.front() == '"') {
     const size_t quote = head.find('"', 1);
@@ -90,7 +83,7 @@ bool ReadPlace(std::string_view head, Diagnostic* d) {
 }
 
 // The IDE's copy puts file and line behind the text, each after a tab.
-void ReadTrailingPlace(Diagnostic* d) {
+void ReadTrailingPlace(DiagnosticLine* d) {
   const size_t last_tab = d->text.rfind('\t');
   if (last_tab == npos) return;
   const int number = WholeNumber(TrimBlanks(d->text.substr(last_tab + 1)));
@@ -103,7 +96,7 @@ void ReadTrailingPlace(Diagnostic* d) {
   d->text = before.substr(0, before.find('\t'));
 }
 
-bool ReadDiagnostic(std::string_view line, Diagnostic* d) {
+bool ReadDiagnostic(std::string_view line, DiagnosticLine* d) {
   const size_t marker = FindMarker(line, &d->severity);
   if (marker == npos) return false;
   const size_t open = line.find('[', marker);
@@ -131,7 +124,7 @@ class CIarParser : public COutputParser {
 
 void CIarParser::ParseMessages(int kind) {
   while (ReadLine()) {
-    Diagnostic d;
+    DiagnosticLine d;
     if (!ReadDiagnostic(line(), &d)) continue;
     std::string text(TrimBlanks(d.text));
     ReadContinuation(&text, kind == kCompilerMessage);
@@ -147,7 +140,7 @@ void CIarParser::ReadContinuation(std::string* text, bool source_echoes) {
       return;
     }
     if (source_echoes && ReadLine()) {
-      if (IsCaretLine(line())) return;  // an echo and its caret add nothing
+      if (IsCaretOnlyLine(line())) return;  // an echo and its caret add nothing
       PushBack();
     }
     *text += '\n';

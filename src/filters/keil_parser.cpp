@@ -23,6 +23,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/parser_helpers.h"
 #include "filters/text_scan.h"
 #include "platform/path.h"
 
@@ -30,16 +31,6 @@ namespace quillon {
 namespace {
 
 constexpr size_t npos = std::string_view::npos;
-
-// What one diagnostic line says.
-struct Diagnostic {
-  std::string_view file;
-  int line = 0;
-  int column = 0;
-  int severity = CMessageTable::kError;
-  std::string_view code;
-  std::string_view text;
-};
 
 // The severity word behind "*** ", cut off.
 bool ReadStarSeverity(std::string_view* text, int* severity) {
@@ -59,7 +50,7 @@ bool ReadStarSeverity(std::string_view* text, int* severity) {
 }
 
 // "IN LINE n OF FILE: text" (compilers).
-bool ReadCompilerPlace(std::string_view rest, Diagnostic* d) {
+bool ReadCompilerPlace(std::string_view rest, DiagnosticLine* d) {
   if (!StartsWith(rest, "IN LINE ")) return false;
   rest.remove_prefix(8);
   if (!ReadNumber(&rest, &d->line) || !StartsWith(rest, " OF ")) return false;
@@ -72,7 +63,7 @@ bool ReadCompilerPlace(std::string_view rest, Diagnostic* d) {
 }
 
 // "IN n (FILE, LINE n): text" (A51, AX51, A251).
-bool ReadAssemblerPlace(std::string_view rest, Diagnostic* d) {
+bool ReadAssemblerPlace(std::string_view rest, DiagnosticLine* d) {
   if (!StartsWith(rest, "IN ")) return false;
   const size_t open = rest.find(" (");
   const size_t close = open == npos ? npos : rest.find("): ", open);
@@ -88,7 +79,7 @@ bool ReadAssemblerPlace(std::string_view rest, Diagnostic* d) {
 }
 
 // ", LINE #n, text" (A166 and the Intel-style assemblers it follows).
-bool ReadListingPlace(std::string_view rest, Diagnostic* d) {
+bool ReadListingPlace(std::string_view rest, DiagnosticLine* d) {
   if (!StartsWith(rest, "LINE #")) return false;
   rest.remove_prefix(6);
   if (!ReadNumber(&rest, &d->line)) return false;
@@ -100,7 +91,7 @@ bool ReadListingPlace(std::string_view rest, Diagnostic* d) {
 // A line that starts with "*** " and a severity word, in any of the Keil
 // star layouts. The code is the token behind the word ("C280", "#A45",
 // "L15", "141"), kept without '#'; it may be missing ("*** ERROR: ...").
-bool ReadStarLine(std::string_view text, Diagnostic* d) {
+bool ReadStarLine(std::string_view text, DiagnosticLine* d) {
   if (!StartsWith(text, "*** ")) return false;
   text.remove_prefix(4);
   if (!ReadStarSeverity(&text, &d->severity)) return false;
@@ -124,7 +115,7 @@ bool ReadStarLine(std::string_view text, Diagnostic* d) {
 }
 
 // uVision's "FILE(LINE): error C141: text" and "... warning A52: text".
-bool ReadIdeLine(std::string_view text, Diagnostic* d) {
+bool ReadIdeLine(std::string_view text, DiagnosticLine* d) {
   const size_t close = text.find("): ");
   if (close == npos) return false;
   const size_t open = text.rfind('(', close);
@@ -155,7 +146,7 @@ class CKeilParser : public TranslatorsAlike<COutputParser> {
 
  private:
   void ParseTranslator(int kind) override;
-  void Add(int kind, const Diagnostic& d, std::string_view text) {
+  void Add(int kind, const DiagnosticLine& d, std::string_view text) {
     AddMessage(kind, d.file, d.line, d.line > 0 ? 1 : 0, d.severity, text, d.code);
   }
   // Appends the indented lines that follow to `text`, each after a line
@@ -195,7 +186,7 @@ void CKeilParser::ReadFatalBlock(int kind, std::string_view header, size_t marke
 void CKeilParser::ParseTranslator(int kind) {
   while (ReadLine()) {
     const std::string_view l = line();
-    Diagnostic d;
+    DiagnosticLine d;
     if (ReadStarLine(l, &d) || ReadIdeLine(l, &d)) {
       Add(kind, d, d.text);
       continue;
@@ -214,7 +205,7 @@ void CKeilParser::ParseTranslator(int kind) {
 // MODULE:, ADDRESS: ...), which go into the entry's text.
 void CKeilParser::Linker() {
   while (ReadLine()) {
-    Diagnostic d;
+    DiagnosticLine d;
     if (!ReadStarLine(line(), &d)) continue;
     std::string text(d.text);
     ReadIndentedBlock(&text);

@@ -39,6 +39,16 @@ class CContinuedParser : public COutputParser {
 // Not a severity the error list shows (remarks, notes): the line adds nothing.
 constexpr int kSkippedSeverity = -1;
 
+// What one diagnostic line says, as views into the line.
+struct DiagnosticLine {
+  std::string_view file;
+  int line = 0;
+  int column = 0;
+  int severity = CMessageTable::kError;
+  std::string_view code;
+  std::string_view text;
+};
+
 // A blank line or one of blanks and carets with at least one '^': the
 // pointer under an echoed source line.
 bool IsCaretLine(std::string_view text);

@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "filters/output_parser.h"
+#include "filters/parser_helpers.h"
 #include "filters/text_scan.h"
 #include "platform/path.h"
 
@@ -28,16 +29,8 @@ constexpr SeverityMarker kLinkerMarkers[] = {{"Error", CMessageTable::kError},
                                              {"Fatal", CMessageTable::kFatal},
                                              {"Warning", CMessageTable::kWarning}};
 
-struct Diagnostic {
-  std::string_view file;
-  int line = 0;
-  int severity = CMessageTable::kError;
-  std::string_view code;
-  std::string_view text;
-};
-
 // "FILE(LINE): " at the head of `text`, cut off.
-bool ReadPlace(std::string_view* text, Diagnostic* d) {
+bool ReadPlace(std::string_view* text, DiagnosticLine* d) {
   const size_t close = text->find("): ");
   if (close == npos) return false;
   const size_t open = text->rfind('(', close);
@@ -55,7 +48,7 @@ bool ReadPlace(std::string_view* text, Diagnostic* d) {
 
 // "SEVERITY[ NUMBER]: TEXT", the severity word one of `markers`.
 template <size_t N>
-bool ReadMessage(std::string_view text, const SeverityMarker (&markers)[N], Diagnostic* d) {
+bool ReadMessage(std::string_view text, const SeverityMarker (&markers)[N], DiagnosticLine* d) {
   const SeverityMarker* found = nullptr;
   for (const SeverityMarker& m : markers) {
     if (StartsWith(text, m.word)) {
@@ -89,7 +82,7 @@ class CSoftoolsParser : public TranslatorsAlike<COutputParser> {
 void CSoftoolsParser::ParseTranslator(int kind) {
   while (ReadLine()) {
     std::string_view rest = TrimBlanks(line());
-    Diagnostic d;
+    DiagnosticLine d;
     ReadPlace(&rest, &d);
     if (!ReadMessage(rest, kTranslatorMarkers, &d)) continue;
     AddMessage(kind, d.file, d.line, d.line > 0 ? 1 : 0, d.severity, d.text, d.code);
@@ -98,7 +91,7 @@ void CSoftoolsParser::ParseTranslator(int kind) {
 
 void CSoftoolsParser::Linker() {
   while (ReadLine()) {
-    Diagnostic d;
+    DiagnosticLine d;
     if (!ReadMessage(TrimBlanks(line()), kLinkerMarkers, &d)) continue;
     AddMessage(kLinkerMessage, "", 0, 0, d.severity, d.text, d.code);
   }
